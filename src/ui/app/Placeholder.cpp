@@ -1,0 +1,4 @@
+// The desktop shell grows here.
+namespace mirtex {
+int uiLayerVersion() { return 1; }
+} // namespace mirtex
