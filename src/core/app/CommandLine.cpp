@@ -1,0 +1,102 @@
+#include "core/app/CommandLine.h"
+
+#include <QDir>
+#include <QUrl>
+
+namespace mirtex {
+
+namespace {
+
+std::optional<QSize> parseSize(const QString &value)
+{
+    const QStringList parts = value.toLower().split(u'x');
+    if (parts.size() != 2)
+        return std::nullopt;
+    bool okW = false;
+    bool okH = false;
+    const int w = parts[0].toInt(&okW);
+    const int h = parts[1].toInt(&okH);
+    if (!okW || !okH || w < 200 || h < 150 || w > 8000 || h > 8000)
+        return std::nullopt;
+    return QSize(w, h);
+}
+
+QString absolute(const QString &path, const QString &workingDir)
+{
+    if (path.startsWith(QLatin1String("file:")))
+        return QUrl(path).toLocalFile();
+    return QDir::cleanPath(QDir(workingDir).absoluteFilePath(path));
+}
+
+} // namespace
+
+CommandLine CommandLine::parse(const QStringList &arguments, const QString &workingDir)
+{
+    CommandLine result;
+    if (arguments.contains(QLatin1String("--selftest"))) {
+        result.mode = Mode::selfTest;
+        return result;
+    }
+    const bool snapshot = arguments.contains(QLatin1String("--snapshot"));
+    if (snapshot)
+        result.mode = Mode::snapshot;
+
+    auto fail = [&result](const QString &why) {
+        result.mode = Mode::invalid;
+        result.error = why;
+        return result;
+    };
+
+    for (qsizetype i = 0; i < arguments.size(); ++i) {
+        const QString &arg = arguments[i];
+        const bool hasValue = i + 1 < arguments.size();
+        auto value = [&]() { return arguments[++i]; };
+        if (arg == QLatin1String("--snapshot")) {
+            continue;
+        } else if (arg == QLatin1String("--new-instance")) {
+            result.newInstance = true;
+        } else if (snapshot && arg == QLatin1String("--dark")) {
+            result.snapshot.dark = true;
+        } else if (snapshot && arg.startsWith(QLatin1String("--"))) {
+            if (!hasValue)
+                return fail(QStringLiteral("%1 needs a value").arg(arg));
+            const QString v = value();
+            if (arg == QLatin1String("--out")) {
+                result.snapshot.outputPath = absolute(v, workingDir);
+            } else if (arg == QLatin1String("--size")) {
+                const auto size = parseSize(v);
+                if (!size)
+                    return fail(QStringLiteral("bad --size %1 (expected WIDTHxHEIGHT)").arg(v));
+                result.snapshot.size = *size;
+            } else if (arg == QLatin1String("--tab")) {
+                bool ok = false;
+                const int tab = v.toInt(&ok);
+                if (!ok || tab < 0)
+                    return fail(QStringLiteral("bad --tab %1").arg(v));
+                result.snapshot.tab = tab;
+            } else if (arg == QLatin1String("--split")) {
+                if (v != QLatin1String("side") && v != QLatin1String("stacked"))
+                    return fail(QStringLiteral("bad --split %1 (side or stacked)").arg(v));
+                result.snapshot.split = v;
+            } else if (arg == QLatin1String("--sidebar")) {
+                result.snapshot.sidebarFolder = absolute(v, workingDir);
+            } else {
+                return fail(QStringLiteral("unknown option %1").arg(arg));
+            }
+        } else if (arg.startsWith(QLatin1String("mirtex:"), Qt::CaseInsensitive)) {
+            result.urls.append(arg);
+        } else if (arg.startsWith(QLatin1String("--"))) {
+            return fail(QStringLiteral("unknown option %1").arg(arg));
+        } else {
+            result.files.append(absolute(arg, workingDir));
+        }
+    }
+    if (snapshot) {
+        result.snapshot.files = result.files;
+        if (result.snapshot.outputPath.isEmpty())
+            return fail(QStringLiteral("--snapshot needs --out FILE.png"));
+    }
+    return result;
+}
+
+} // namespace mirtex

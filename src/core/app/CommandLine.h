@@ -1,0 +1,39 @@
+// What the process was asked to do: the self-test, a snapshot, or the editor with files and
+// mirtex: URLs to open. Parsing is pure so that it can be tested without starting anything.
+#pragma once
+
+#include <QSize>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace mirtex {
+
+struct SnapshotRequest
+{
+    QStringList files;
+    QString outputPath;
+    QSize size{1100, 720};
+    std::optional<int> tab;   // 0-based tab to select
+    QString split;            // "", "side" or "stacked"
+    QString sidebarFolder;    // empty: no sidebar
+    bool dark = false;
+};
+
+struct CommandLine
+{
+    enum class Mode { run, selfTest, snapshot, invalid };
+
+    Mode mode = Mode::run;
+    QStringList files;      // absolute paths of files and folders to open
+    QStringList urls;       // mirtex: URLs, as given
+    bool newInstance = false;
+    SnapshotRequest snapshot;
+    QString error;          // why the arguments were refused (mode invalid)
+
+    // `arguments` excludes the program name; relative paths are resolved against `workingDir`.
+    static CommandLine parse(const QStringList &arguments, const QString &workingDir);
+};
+
+} // namespace mirtex

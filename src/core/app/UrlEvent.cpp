@@ -1,0 +1,64 @@
+#include "core/app/UrlEvent.h"
+
+#include "core/document/LineEnding.h"
+#include "core/document/TextCodec.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QUrl>
+#include <QUrlQuery>
+
+namespace mirtex {
+
+std::optional<UrlEvent> UrlEvent::parse(const QString &url)
+{
+    const QUrl parsed(url);
+    if (!parsed.isValid() || parsed.scheme().compare(QLatin1String("mirtex"), Qt::CaseInsensitive) != 0)
+        return std::nullopt;
+    const QUrlQuery query(parsed);
+    const auto items = query.queryItems(QUrl::FullyDecoded);
+    for (const auto &item : items) {
+        if (item.first == QLatin1String("path")) {
+            if (!item.second.isEmpty())
+                return UrlEvent{Kind::path, item.second};
+            break; // only the first "path" counts
+        }
+    }
+    for (const auto &item : items) {
+        if (item.first == QLatin1String("text"))
+            return UrlEvent{Kind::text, item.second};
+    }
+    return std::nullopt;
+}
+
+bool UrlEvent::isInsideFolder(const QString &path, const QString &folder)
+{
+    const QString canonicalFolder = QFileInfo(folder).canonicalFilePath();
+    const QString canonicalPath = QFileInfo(path).canonicalFilePath();
+    if (canonicalFolder.isEmpty() || canonicalPath.isEmpty())
+        return false;
+    const QString withSlash = canonicalFolder.endsWith(u'/') ? canonicalFolder : canonicalFolder + u'/';
+    return canonicalPath.startsWith(withSlash);
+}
+
+std::optional<QString> UrlEvent::resolveText(const QString &tempDir) const
+{
+    if (kind == Kind::text)
+        return value;
+    QFile file(value);
+    if (!file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    const QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+        return std::nullopt;
+    file.close();
+    // Decide before deleting, while the path still resolves.
+    if (isInsideFolder(value, tempDir))
+        QFile::remove(value);
+    auto decoded = TextCodec::decode(bytes, std::nullopt, LineEnding::lf);
+    if (!decoded)
+        return std::nullopt;
+    return decoded->text;
+}
+
+} // namespace mirtex

@@ -1,0 +1,210 @@
+#include "core/document/Document.h"
+
+#include "core/document/DocumentText.h"
+#include "core/document/TextCodec.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+#include <cstdlib>
+
+namespace mirtex {
+
+std::expected<LoadedFile, DocumentError> Document::read(const QString &path,
+                                                        std::optional<TextEncoding> forced,
+                                                        LineEnding fallbackEnding)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return std::unexpected(DocumentError::unreadable(path));
+    QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+        return std::unexpected(DocumentError::unreadable(path));
+    file.close();
+
+    LoadedFile loaded;
+    loaded.path = path;
+    auto decoded = TextCodec::decode(bytes, forced, fallbackEnding);
+    if (!decoded)
+        return std::unexpected(
+            DocumentError::undecodable(path, forced.value_or(TextEncoding::utf8())));
+    bytes = {}; // the raw bytes are not needed past this point; free them before re-encoding
+    loaded.utf8 = decoded->text.toUtf8();
+    loaded.encoding = decoded->encoding;
+    loaded.lineEnding = decoded->lineEnding;
+
+    const QFileInfo info(path);
+    loaded.readOnly = !info.isWritable();
+    loaded.modified = info.lastModified();
+    return loaded;
+}
+
+Document::Document(DocumentText *editor,
+                   QByteArray savedUtf8,
+                   std::optional<QString> path,
+                   TextEncoding encoding,
+                   LineEnding lineEnding,
+                   QString untitledName,
+                   QUuid id)
+    : m_editor(editor)
+    , m_id(id)
+    , m_path(std::move(path))
+    , m_untitledName(std::move(untitledName))
+    , m_encoding(encoding)
+    , m_lineEnding(lineEnding)
+    , m_savedUtf8(std::move(savedUtf8))
+{
+    if (m_path) {
+        const QFileInfo info(*m_path);
+        if (info.exists())
+            m_fileModificationDate = info.lastModified();
+    }
+}
+
+QString Document::displayName() const
+{
+    if (m_path)
+        return QFileInfo(*m_path).fileName();
+    return m_untitledName;
+}
+
+void Document::setReadOnly(bool readOnly)
+{
+    m_readOnly = readOnly;
+    if (m_editor)
+        m_editor->setEditable(!readOnly);
+}
+
+void Document::setEncoding(TextEncoding encoding)
+{
+    if (encoding == m_encoding)
+        return;
+    m_encoding = encoding;
+    m_formatChanged = true;
+    updateDirty();
+}
+
+void Document::setLineEnding(LineEnding ending)
+{
+    if (ending == m_lineEnding)
+        return;
+    m_lineEnding = ending;
+    m_formatChanged = true;
+    updateDirty();
+}
+
+void Document::markHandedOver()
+{
+    m_formatChanged = true;
+    ++m_changeCount;
+    updateDirty();
+}
+
+void Document::markRestoredFromBackup(bool differsFromDisk)
+{
+    if (differsFromDisk)
+        m_formatChanged = true;
+    updateDirty();
+}
+
+void Document::textDidChange()
+{
+    ++m_changeCount;
+    updateDirty();
+}
+
+void Document::updateDirty()
+{
+    if (m_formatChanged)
+        m_dirty = true;
+    else
+        m_dirty = m_editor && !m_editor->utf8Equals(m_savedUtf8);
+    if (onStateChange)
+        onStateChange();
+}
+
+void Document::markSaved()
+{
+    if (m_editor)
+        m_savedUtf8 = m_editor->utf8Text();
+    m_formatChanged = false;
+    m_dirty = false;
+    if (onStateChange)
+        onStateChange();
+}
+
+void Document::reload(const LoadedFile &file)
+{
+    if (m_editor)
+        m_editor->replaceText(file.utf8);
+    m_encoding = file.encoding;
+    m_lineEnding = file.lineEnding;
+    m_fileModificationDate = file.modified;
+    setReadOnly(file.readOnly);
+    markSaved();
+}
+
+bool Document::hasChangedOnDisk() const
+{
+    if (!m_path || !m_fileModificationDate)
+        return false;
+    const QFileInfo info(*m_path);
+    if (!info.exists())
+        return false;
+    const QDateTime current = info.lastModified();
+    if (!current.isValid())
+        return false;
+    return std::abs(current.msecsTo(*m_fileModificationDate)) > 500;
+}
+
+std::expected<void, DocumentError> Document::write(const QString &path,
+                                                   std::optional<TextEncoding> encoding,
+                                                   bool adopt,
+                                                   std::optional<LineEnding> ending)
+{
+    const TextEncoding used = encoding.value_or(m_encoding);
+    const LineEnding usedEnding = ending.value_or(m_lineEnding);
+    const QString text = m_editor ? m_editor->text() : QString();
+    const auto bytes = TextCodec::encode(text, used, usedEnding);
+    if (!bytes)
+        return std::unexpected(DocumentError::unencodable(used));
+
+    const QFileInfo before(path);
+    const bool existed = before.exists();
+    const QFile::Permissions permissions = existed ? before.permissions() : QFile::Permissions();
+
+    QSaveFile out(path);
+    if (!out.open(QIODevice::WriteOnly))
+        return std::unexpected(DocumentError::writeFailed(path, out.errorString()));
+    if (out.write(*bytes) != bytes->size()) {
+        const QString why = out.errorString();
+        out.cancelWriting();
+        return std::unexpected(DocumentError::writeFailed(path, why));
+    }
+    if (!out.commit())
+        return std::unexpected(DocumentError::writeFailed(path, out.errorString()));
+    if (existed && !QFile::setPermissions(path, permissions))
+        return std::unexpected(DocumentError::writeFailed(
+            path, QCoreApplication::translate("Document", "permessi non ripristinati")));
+
+    if (adopt) {
+        const bool extensionChanged
+            = !m_path || QFileInfo(*m_path).suffix().compare(QFileInfo(path).suffix(),
+                                                            Qt::CaseInsensitive)
+                             != 0;
+        m_path = path;
+        m_untitledName.clear();
+        m_encoding = used;
+        m_lineEnding = usedEnding;
+        m_fileModificationDate = QFileInfo(path).lastModified();
+        setReadOnly(false);
+        if (extensionChanged && onPathChange)
+            onPathChange(path);
+        markSaved();
+    }
+    return {};
+}
+
+} // namespace mirtex

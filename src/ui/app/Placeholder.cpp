@@ -1,4 +1,0 @@
-// The desktop shell grows here.
-namespace mirtex {
-int uiLayerVersion() { return 1; }
-} // namespace mirtex

@@ -1,0 +1,125 @@
+#include "ui/app/SettingsWindow.h"
+
+#include "core/app/Preferences.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QDoubleSpinBox>
+#include <QFontDatabase>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QSpinBox>
+#include <QVBoxLayout>
+
+namespace mirtex {
+
+namespace {
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("SettingsWindow", text);
+}
+
+QLabel *note(const QString &text)
+{
+    auto *label = new QLabel(text);
+    label->setWordWrap(true);
+    QFont small = label->font();
+    small.setPointSizeF(small.pointSizeF() * 0.9);
+    label->setFont(small);
+    label->setContentsMargins(22, 0, 0, 4);
+    return label;
+}
+} // namespace
+
+SettingsWindow::SettingsWindow(Preferences &prefs, QWidget *parent)
+    : QDialog(parent)
+    , m_prefs(prefs)
+    , m_sessionNote(note({}))
+    , m_themeArea(new QWidget)
+{
+    setObjectName(QStringLiteral("mirtex.settings"));
+    setWindowTitle(tr("Impostazioni di Mirtex++"));
+    setWindowFlags(Qt::Window | Qt::WindowTitleHint | Qt::WindowCloseButtonHint | Qt::WindowMinimizeButtonHint);
+    auto *layout = new QVBoxLayout(this);
+
+    auto *fontBox = new QGroupBox(tr("Carattere"));
+    auto *fontForm = new QFormLayout(fontBox);
+    auto *family = new QComboBox;
+    family->addItem(tr("Monospaziato di sistema"), QString());
+    for (const QString &name : QFontDatabase::families()) {
+        if (QFontDatabase::isFixedPitch(name))
+            family->addItem(name, name);
+    }
+    family->setCurrentIndex(std::max(0, family->findData(prefs.fontName())));
+    connect(family, &QComboBox::currentIndexChanged, this, [this, family]() {
+        m_prefs.setFontName(family->currentData().toString());
+    });
+    auto *size = new QDoubleSpinBox;
+    size->setRange(6, 72);
+    size->setDecimals(1);
+    size->setValue(prefs.fontSize());
+    connect(size, &QDoubleSpinBox::valueChanged, this, [this](double v) { m_prefs.setFontSize(v); });
+    fontForm->addRow(tr("Famiglia:"), family);
+    fontForm->addRow(tr("Dimensione:"), size);
+    layout->addWidget(fontBox);
+
+    auto *editing = new QGroupBox(tr("Scrittura"));
+    auto *editLayout = new QVBoxLayout(editing);
+    auto check = [this](QVBoxLayout *into, const QString &label, bool (Preferences::*get)() const,
+                        void (Preferences::*set)(bool)) {
+        auto *box = new QCheckBox(label);
+        box->setChecked((m_prefs.*get)());
+        connect(box, &QCheckBox::toggled, this, [this, set](bool on) { (m_prefs.*set)(on); });
+        into->addWidget(box);
+        return box;
+    };
+    check(editLayout, tr("Rientro automatico sulla nuova riga"), &Preferences::autoIndent, &Preferences::setAutoIndent);
+    check(editLayout, tr("Chiudi automaticamente parentesi e virgolette"), &Preferences::autoClose,
+          &Preferences::setAutoClose);
+    check(editLayout, tr("Inserisci spazi al posto del TAB"), &Preferences::useSpaces, &Preferences::setUseSpaces);
+    auto *tabRow = new QFormLayout;
+    auto *tabWidth = new QSpinBox;
+    tabWidth->setRange(1, 16);
+    tabWidth->setValue(prefs.tabWidth());
+    connect(tabWidth, &QSpinBox::valueChanged, this, [this](int v) { m_prefs.setTabWidth(v); });
+    tabRow->addRow(tr("Larghezza del TAB:"), tabWidth);
+    editLayout->addLayout(tabRow);
+    check(editLayout, tr("Evidenziazione intelligente della parola selezionata"), &Preferences::smartHighlight,
+          &Preferences::setSmartHighlight);
+    check(editLayout, tr("Evidenzia le parentesi corrispondenti"), &Preferences::braceMatch,
+          &Preferences::setBraceMatch);
+    layout->addWidget(editing);
+
+    auto *files = new QGroupBox(tr("File e sessione"));
+    auto *fileLayout = new QVBoxLayout(files);
+    auto *remember = check(fileLayout, tr("Ricorda la sessione (schede e testo non salvato) all'uscita"),
+                           &Preferences::rememberSession, &Preferences::setRememberSession);
+    fileLayout->addWidget(m_sessionNote);
+    connect(remember, &QCheckBox::toggled, this, &SettingsWindow::refreshSessionNote);
+    check(fileLayout, tr("Avvisa se un file aperto viene cambiato da un altro programma"),
+          &Preferences::checkExternalChanges, &Preferences::setCheckExternalChanges);
+    check(fileLayout, tr("Mostra i file e le cartelle nascosti"), &Preferences::showHiddenFiles,
+          &Preferences::setShowHiddenFiles);
+    check(fileLayout, tr("Apri i file Markdown con l'anteprima accanto"), &Preferences::markdownPreviewOnOpen,
+          &Preferences::setMarkdownPreviewOnOpen);
+    fileLayout->addWidget(note(tr("Ctrl+Shift+V mostra o nasconde l'anteprima; da lì puoi anche esportare in PDF.")));
+    layout->addWidget(files);
+
+    new QVBoxLayout(m_themeArea);
+    m_themeArea->layout()->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_themeArea);
+    layout->addStretch(1);
+    refreshSessionNote();
+}
+
+void SettingsWindow::refreshSessionNote()
+{
+    m_sessionNote->setText(
+        m_prefs.rememberSession()
+            ? tr("Uscendo non ti viene chiesto di salvare: alla riapertura ritrovi tutto, anche le schede mai salvate.")
+            : tr("Uscendo ti viene chiesto se salvare ogni documento modificato."));
+}
+
+} // namespace mirtex

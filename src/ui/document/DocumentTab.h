@@ -1,0 +1,44 @@
+// One tab of the main window: the document and its editor, kept in step (every edit reaches the
+// document; the document's read-only state reaches the editor).
+#pragma once
+
+#include "core/document/Document.h"
+
+#include <QObject>
+#include <QPointer>
+
+#include <memory>
+
+namespace mirtex {
+
+class EditorView;
+class Preferences;
+
+class DocumentTab : public QObject
+{
+    Q_OBJECT
+
+public:
+    // Creates the editor (a widget the tab bar will own) with `utf8` as its initial text.
+    DocumentTab(Preferences &prefs,
+                const QByteArray &utf8,
+                std::optional<QString> path,
+                TextEncoding encoding,
+                LineEnding lineEnding,
+                const QString &untitledName,
+                QUuid id = QUuid::createUuid());
+    ~DocumentTab() override;
+
+    Document &document() { return *m_document; }
+    const Document &document() const { return *m_document; }
+    EditorView *editor() const { return m_editor; }
+
+Q_SIGNALS:
+    void stateChanged();
+
+private:
+    QPointer<EditorView> m_editor;
+    std::unique_ptr<Document> m_document;
+};
+
+} // namespace mirtex

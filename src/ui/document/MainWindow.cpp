@@ -1,0 +1,597 @@
+#include "ui/document/MainWindow.h"
+
+#include "core/app/DisplayPath.h"
+#include "core/app/Preferences.h"
+#include "core/document/FileNaming.h"
+#include "ui/app/Alerts.h"
+#include "ui/document/DocumentTab.h"
+#include "ui/document/SaveDialog.h"
+#include "ui/document/StatusBar.h"
+#include "ui/document/WorkspaceSidebar.h"
+#include "ui/editor/EditorColors.h"
+#include "ui/editor/EditorView.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMimeData>
+#include <QTabBar>
+#include <QTabWidget>
+
+namespace mirtex {
+
+namespace {
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("MainWindow", text);
+}
+} // namespace
+
+MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
+    : QMainWindow(parent)
+    , m_prefs(prefs)
+    , m_tabs(new QTabWidget(this))
+    , m_statusBar(new StatusBar(this))
+    , m_sidebar(new WorkspaceSidebar(prefs, this))
+    , m_colors(std::make_unique<EditorColors>())
+{
+    setObjectName(QStringLiteral("mirtex.main"));
+    setWindowTitle(QStringLiteral("Mirtex++"));
+    setAcceptDrops(true);
+    resize(1100, 720);
+
+    m_tabs->setDocumentMode(true);
+    m_tabs->setTabsClosable(true);
+    m_tabs->setMovable(true);
+    m_tabs->setUsesScrollButtons(true);
+    m_tabs->tabBar()->setExpanding(false);
+    m_tabs->tabBar()->installEventFilter(this);
+    setCentralWidget(m_tabs);
+    setStatusBar(m_statusBar);
+    m_statusBar->setVisible(m_prefs.showStatusBar());
+    addDockWidget(Qt::LeftDockWidgetArea, m_sidebar);
+    m_sidebar->hide();
+
+    connect(m_tabs, &QTabWidget::tabCloseRequested, this, [this](int index) {
+        if (auto *tab = tabForEditor(m_tabs->widget(index)))
+            closeDocument(tab);
+    });
+    connect(m_tabs, &QTabWidget::currentChanged, this, [this]() {
+        refreshStatus();
+        refreshTitle();
+        Q_EMIT currentDocumentChanged(currentDocument());
+    });
+    connect(m_sidebar, &WorkspaceSidebar::fileActivated, this, [this](const QString &path) {
+        openPath(path);
+    });
+    connect(&m_prefs, &Preferences::changed, this, &MainWindow::applyPreferenceChange);
+    connect(m_statusBar, &StatusBar::convertRequested, this, [this](TextEncoding encoding) {
+        if (auto *tab = currentDocument())
+            convertEncoding(tab, encoding);
+    });
+    connect(m_statusBar, &StatusBar::reopenRequested, this, [this](TextEncoding encoding) {
+        if (auto *tab = currentDocument())
+            reopenWithEncoding(tab, encoding);
+    });
+    connect(m_statusBar, &StatusBar::lineEndingRequested, this, [this](LineEnding ending) {
+        if (auto *tab = currentDocument())
+            setLineEnding(tab, ending);
+    });
+    connect(qApp, &QApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
+        if (state == Qt::ApplicationActive)
+            checkExternalChanges();
+    });
+}
+
+MainWindow::~MainWindow()
+{
+    // Tabs go before the tab widget deletes the editors they point to.
+    for (auto &doc : m_documents)
+        m_tabs->removeTab(m_tabs->indexOf(doc->editor()));
+    m_documents.clear();
+}
+
+QList<DocumentTab *> MainWindow::documents() const
+{
+    QList<DocumentTab *> result;
+    for (int i = 0; i < m_tabs->count(); ++i) {
+        if (auto *tab = tabForEditor(m_tabs->widget(i)))
+            result.append(tab);
+    }
+    return result;
+}
+
+DocumentTab *MainWindow::tabForEditor(QWidget *page) const
+{
+    for (const auto &doc : m_documents) {
+        if (doc->editor() == page)
+            return doc.get();
+    }
+    return nullptr;
+}
+
+DocumentTab *MainWindow::currentDocument() const
+{
+    return tabForEditor(m_tabs->currentWidget());
+}
+
+int MainWindow::currentIndex() const
+{
+    return m_tabs->currentIndex();
+}
+
+void MainWindow::selectDocument(DocumentTab *tab)
+{
+    if (tab)
+        m_tabs->setCurrentWidget(tab->editor());
+}
+
+void MainWindow::selectIndex(int index)
+{
+    if (m_tabs->count() > 0)
+        m_tabs->setCurrentIndex(std::clamp(index, 0, m_tabs->count() - 1));
+}
+
+DocumentTab *MainWindow::findByPath(const QString &canonicalPath) const
+{
+    for (const auto &doc : m_documents) {
+        const auto &path = doc->document().path();
+        if (path && QFileInfo(*path).canonicalFilePath() == canonicalPath)
+            return doc.get();
+    }
+    return nullptr;
+}
+
+int MainWindow::openPaths(const QStringList &paths)
+{
+    int opened = 0;
+    for (const QString &path : paths) {
+        const QFileInfo info(path);
+        if (info.isDir()) {
+            openWorkspace(info.canonicalFilePath());
+            continue;
+        }
+        if (openPath(path))
+            ++opened;
+    }
+    return opened;
+}
+
+DocumentTab *MainWindow::openPath(const QString &path, std::optional<TextEncoding> forced)
+{
+    const QFileInfo info(path);
+    const QString canonical = info.canonicalFilePath();
+    if (canonical.isEmpty()) {
+        Alerts::instance().inform(this, DocumentError::unreadable(path).description());
+        return nullptr;
+    }
+    if (QFileInfo(canonical).isDir()) {
+        openWorkspace(canonical);
+        return nullptr;
+    }
+    if (auto *existing = findByPath(canonical)) {
+        selectDocument(existing);
+        return existing;
+    }
+    const qint64 size = QFileInfo(canonical).size();
+    if (size > kLargeFileBytes) {
+        const int answer = Alerts::instance().ask(
+            this,
+            tr("“%1” è molto grande (%2).").arg(info.fileName(), formatFileSize(size)),
+            tr("Aprirlo può richiedere tempo e molta memoria."),
+            {tr("Apri comunque"), tr("Annulla")});
+        if (answer != 0)
+            return nullptr;
+    }
+    auto loaded = Document::read(canonical, forced, lineEndingFromPreference(m_prefs.defaultLineEndingID()));
+    if (!loaded) {
+        Alerts::instance().inform(this, loaded.error().description());
+        return nullptr;
+    }
+    auto *tab = new DocumentTab(m_prefs, loaded->utf8, canonical, loaded->encoding,
+                                loaded->lineEnding, QString());
+    loaded->utf8 = {};
+    tab->document().setFileModificationDate(loaded->modified);
+    tab->document().setReadOnly(loaded->readOnly);
+    addDocument(tab);
+    return tab;
+}
+
+QString MainWindow::nextUntitledName() const
+{
+    QStringList inUse;
+    for (const auto &doc : m_documents) {
+        if (!doc->document().path())
+            inUse.append(doc->document().untitledName());
+    }
+    return mirtex::nextUntitledName(inUse);
+}
+
+DocumentTab *MainWindow::newDocument(const QString &text)
+{
+    const TextEncoding encoding
+        = TextEncoding::fromId(m_prefs.defaultEncodingID()).value_or(TextEncoding::utf8());
+    auto *tab = new DocumentTab(m_prefs, text.toUtf8(), std::nullopt, encoding,
+                                lineEndingFromPreference(m_prefs.defaultLineEndingID()),
+                                nextUntitledName());
+    addDocument(tab);
+    return tab;
+}
+
+void MainWindow::addDocument(DocumentTab *tab)
+{
+    m_documents.emplace_back(tab);
+    tab->editor()->applyColors(*m_colors);
+    connect(tab, &DocumentTab::stateChanged, this, [this, tab]() {
+        refreshTab(tab);
+        if (tab == currentDocument())
+            refreshStatus();
+    });
+    connect(tab->editor(), &EditorView::caretMoved, this, [this, tab]() {
+        if (tab == currentDocument())
+            m_statusBar->showCaret(*tab->editor());
+    });
+    connect(tab->editor(), &EditorView::zoomChanged, this, [this](int zoom) {
+        m_prefs.setZoom(zoom);
+    });
+    const int index = m_tabs->addTab(tab->editor(), tab->document().displayName());
+    refreshTab(tab);
+    m_tabs->setCurrentIndex(index);
+    tab->editor()->primaryPane()->setFocus();
+    Q_EMIT documentsChanged();
+}
+
+void MainWindow::refreshTab(DocumentTab *tab)
+{
+    const int index = m_tabs->indexOf(tab->editor());
+    if (index < 0)
+        return;
+    const Document &doc = tab->document();
+    QString title = doc.displayName();
+    if (doc.isReadOnly())
+        title += tr(" (sola lettura)");
+    if (doc.isDirty())
+        title = QStringLiteral("● ") + title;
+    m_tabs->setTabText(index, title);
+    m_tabs->setTabToolTip(index, doc.path() ? DisplayPath::forDisplay(*doc.path()) : doc.displayName());
+    if (tab == currentDocument())
+        refreshTitle();
+}
+
+void MainWindow::refreshTitle()
+{
+    auto *tab = currentDocument();
+    if (!tab) {
+        setWindowTitle(QStringLiteral("Mirtex++"));
+        return;
+    }
+    const Document &doc = tab->document();
+    const QString where = doc.path() ? DisplayPath::forDisplay(*doc.path()) : doc.displayName();
+    setWindowTitle(where + (doc.isDirty() ? QStringLiteral(" ●") : QString()) + QStringLiteral(" — Mirtex++"));
+}
+
+void MainWindow::refreshStatus()
+{
+    m_statusBar->showDocument(currentDocument());
+}
+
+bool MainWindow::writeAdopting(DocumentTab *tab,
+                               const QString &path,
+                               std::optional<TextEncoding> encoding,
+                               std::optional<LineEnding> ending)
+{
+    Document &doc = tab->document();
+    for (;;) {
+        auto written = doc.write(path, encoding, true, ending);
+        if (written) {
+            m_reportedMissing.remove(doc.id());
+            refreshTab(tab);
+            refreshStatus();
+            return true;
+        }
+        if (written.error().kind == DocumentError::Kind::unencodable) {
+            const int answer = Alerts::instance().ask(
+                this,
+                tr("Alcuni caratteri non si possono salvare in %1.").arg(written.error().encoding.label()),
+                tr("Salvare il file in UTF-8?"),
+                {tr("Salva in UTF-8"), tr("Annulla")});
+            if (answer != 0)
+                return false;
+            encoding = TextEncoding::utf8();
+            continue;
+        }
+        Alerts::instance().inform(this, written.error().description());
+        return false;
+    }
+}
+
+bool MainWindow::save(DocumentTab *tab)
+{
+    if (!tab)
+        return false;
+    const auto &path = tab->document().path();
+    if (!path)
+        return saveAs(tab);
+    return writeAdopting(tab, *path, std::nullopt, std::nullopt);
+}
+
+bool MainWindow::saveAs(DocumentTab *tab)
+{
+    if (!tab)
+        return false;
+    const auto choice = SaveDialog::ask(this, m_prefs, tab->document(), tr("Salva con nome"));
+    if (!choice)
+        return false;
+    return writeAdopting(tab, choice->path, choice->encoding, choice->lineEnding);
+}
+
+bool MainWindow::saveCopy(DocumentTab *tab)
+{
+    if (!tab)
+        return false;
+    const auto choice = SaveDialog::ask(this, m_prefs, tab->document(), tr("Salva una copia"));
+    if (!choice)
+        return false;
+    auto written = tab->document().write(choice->path, choice->encoding, false, choice->lineEnding);
+    if (!written) {
+        Alerts::instance().inform(this, written.error().description());
+        return false;
+    }
+    return true;
+}
+
+bool MainWindow::saveAll()
+{
+    bool all = true;
+    for (auto *tab : documents()) {
+        if (tab->document().isDirty()) {
+            selectDocument(tab);
+            all = save(tab) && all;
+        }
+    }
+    return all;
+}
+
+MainWindow::SaveAnswer MainWindow::askToSave(DocumentTab *tab)
+{
+    selectDocument(tab);
+    const int answer = Alerts::instance().ask(
+        this,
+        tr("Salvare le modifiche a “%1”?").arg(tab->document().displayName()),
+        tr("Se non salvi, le modifiche andranno perse."),
+        {tr("Salva"), tr("Annulla"), tr("Non salvare")},
+        1);
+    if (answer == 0)
+        return save(tab) ? SaveAnswer::saved : SaveAnswer::cancelled;
+    if (answer == 2)
+        return SaveAnswer::discarded;
+    return SaveAnswer::cancelled;
+}
+
+bool MainWindow::closeDocument(DocumentTab *tab)
+{
+    if (!tab)
+        return false;
+    if (tab->document().isDirty() && askToSave(tab) == SaveAnswer::cancelled)
+        return false;
+    discardDocument(tab);
+    return true;
+}
+
+void MainWindow::discardDocument(DocumentTab *tab)
+{
+    removeTab(tab);
+}
+
+void MainWindow::removeTab(DocumentTab *tab)
+{
+    const int index = m_tabs->indexOf(tab->editor());
+    if (index >= 0)
+        m_tabs->removeTab(index);
+    m_reportedMissing.remove(tab->document().id());
+    std::erase_if(m_documents, [tab](const auto &doc) { return doc.get() == tab; });
+    Q_EMIT documentsChanged();
+    refreshStatus();
+    refreshTitle();
+}
+
+void MainWindow::convertEncoding(DocumentTab *tab, TextEncoding encoding)
+{
+    tab->document().setEncoding(encoding);
+}
+
+void MainWindow::setLineEnding(DocumentTab *tab, LineEnding ending)
+{
+    tab->document().setLineEnding(ending);
+}
+
+void MainWindow::reopenWithEncoding(DocumentTab *tab, TextEncoding encoding)
+{
+    Document &doc = tab->document();
+    if (!doc.path()) {
+        convertEncoding(tab, encoding);
+        return;
+    }
+    if (doc.isDirty()) {
+        const int answer = Alerts::instance().ask(
+            this,
+            tr("Riaprire “%1” come %2?").arg(doc.displayName(), encoding.label()),
+            tr("Le modifiche non salvate andranno perse."),
+            {tr("Riapri"), tr("Annulla")});
+        if (answer != 0)
+            return;
+    }
+    auto loaded = Document::read(*doc.path(), encoding, lineEndingFromPreference(m_prefs.defaultLineEndingID()));
+    if (!loaded) {
+        Alerts::instance().inform(this, loaded.error().description());
+        return;
+    }
+    doc.reload(*loaded);
+}
+
+void MainWindow::checkExternalChanges()
+{
+    if (!m_prefs.checkExternalChanges() || m_isCheckingDisk)
+        return;
+    m_isCheckingDisk = true;
+    for (auto *tab : documents()) {
+        Document &doc = tab->document();
+        if (!doc.path())
+            continue;
+        if (!QFileInfo::exists(*doc.path())) {
+            if (m_reportedMissing.contains(doc.id()))
+                continue;
+            m_reportedMissing.insert(doc.id());
+            selectDocument(tab);
+            const int answer = Alerts::instance().ask(
+                this,
+                tr("“%1” non esiste più sul disco.").arg(doc.displayName()),
+                tr("Vuoi tenerlo aperto? Salvandolo lo ricrei."),
+                {tr("Tieni aperto"), tr("Chiudi")},
+                0);
+            if (answer == 1)
+                discardDocument(tab);
+            continue;
+        }
+        m_reportedMissing.remove(doc.id());
+        if (!doc.hasChangedOnDisk())
+            continue;
+        selectDocument(tab);
+        const int answer = Alerts::instance().ask(
+            this,
+            tr("“%1” è cambiato sul disco.").arg(doc.displayName()),
+            doc.isDirty() ? tr("È stato modificato da un altro programma. Ricaricandolo perderai le modifiche fatte qui.")
+                          : tr("È stato modificato da un altro programma. Vuoi ricaricarlo?"),
+            {tr("Ricarica"), tr("Ignora")});
+        if (answer == 0) {
+            auto loaded = Document::read(*doc.path(), std::nullopt,
+                                         lineEndingFromPreference(m_prefs.defaultLineEndingID()));
+            if (loaded)
+                doc.reload(*loaded);
+            else
+                Alerts::instance().inform(this, loaded.error().description());
+        } else {
+            // Remember the new date so that one outside change is asked about once.
+            doc.setFileModificationDate(QFileInfo(*doc.path()).lastModified());
+        }
+    }
+    m_isCheckingDisk = false;
+}
+
+void MainWindow::openWorkspace(const QString &folder)
+{
+    m_sidebar->addFolder(folder);
+    setSidebarVisible(true);
+}
+
+QStringList MainWindow::workspaceFolders() const
+{
+    return m_sidebar->folders();
+}
+
+void MainWindow::setSidebarVisible(bool visible)
+{
+    m_sidebar->setVisible(visible);
+}
+
+bool MainWindow::isSidebarVisible() const
+{
+    return m_sidebar->isVisibleTo(this);
+}
+
+void MainWindow::setSplit(std::optional<Qt::Orientation> orientation)
+{
+    if (auto *tab = currentDocument())
+        tab->editor()->setSplit(orientation);
+}
+
+void MainWindow::zoomBy(int steps)
+{
+    m_prefs.setZoom(steps == 0 ? 0 : std::clamp(m_prefs.zoom() + steps, -10, 20));
+}
+
+void MainWindow::applyColors(const EditorColors &colors, bool isDark)
+{
+    *m_colors = colors;
+    m_colors->isDark = isDark;
+    for (const auto &doc : m_documents)
+        doc->editor()->applyColors(*m_colors);
+}
+
+void MainWindow::applyPreferenceChange(const QString &key)
+{
+    if (key == QLatin1String("showStatusBar")) {
+        m_statusBar->setVisible(m_prefs.showStatusBar());
+        return;
+    }
+    if (key == QLatin1String("showHiddenFiles")) {
+        m_sidebar->setShowHidden(m_prefs.showHiddenFiles());
+        return;
+    }
+    if (key == QLatin1String("alwaysOnTop")) {
+        setWindowFlag(Qt::WindowStaysOnTopHint, m_prefs.alwaysOnTop());
+        show();
+        return;
+    }
+    for (const auto &doc : m_documents)
+        doc->editor()->applyPreferences();
+    refreshStatus();
+}
+
+void MainWindow::showOpenPanel()
+{
+    const QStringList paths = QFileDialog::getOpenFileNames(this, tr("Apri"));
+    openPaths(paths);
+}
+
+void MainWindow::showOpenFolderPanel()
+{
+    const QString folder = QFileDialog::getExistingDirectory(this, tr("Apri cartella"));
+    if (!folder.isEmpty())
+        openWorkspace(folder);
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    // Closing the main window quits; the quit sequence decides whether it may.
+    event->ignore();
+    if (onQuitRequested)
+        onQuitRequested();
+    else
+        event->accept();
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (event->mimeData()->hasUrls())
+        event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent *event)
+{
+    QStringList paths;
+    for (const QUrl &url : event->mimeData()->urls()) {
+        if (url.isLocalFile())
+            paths.append(url.toLocalFile());
+    }
+    openPaths(paths);
+    event->acceptProposedAction();
+}
+
+bool MainWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_tabs->tabBar() && event->type() == QEvent::MouseButtonRelease) {
+        auto *mouse = static_cast<QMouseEvent *>(event);
+        if (mouse->button() == Qt::MiddleButton) {
+            const int index = m_tabs->tabBar()->tabAt(mouse->position().toPoint());
+            if (auto *tab = index >= 0 ? tabForEditor(m_tabs->widget(index)) : nullptr) {
+                closeDocument(tab);
+                return true;
+            }
+        }
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
+} // namespace mirtex

@@ -1,0 +1,78 @@
+#include "ui/document/WorkspaceSidebar.h"
+
+#include "core/app/DisplayPath.h"
+#include "core/app/Preferences.h"
+
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QFileSystemModel>
+#include <QHeaderView>
+#include <QTreeView>
+#include <QVBoxLayout>
+
+namespace mirtex {
+
+WorkspaceSidebar::WorkspaceSidebar(Preferences &prefs, QWidget *parent)
+    : QDockWidget(QCoreApplication::translate("WorkspaceSidebar", "Cartelle"), parent)
+    , m_folderChooser(new QComboBox)
+    , m_model(new QFileSystemModel(this))
+    , m_tree(new QTreeView)
+{
+    setObjectName(QStringLiteral("mirtex.workspace"));
+    setFeatures(QDockWidget::DockWidgetClosable | QDockWidget::DockWidgetMovable);
+    auto *box = new QWidget;
+    auto *layout = new QVBoxLayout(box);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(2);
+    layout->addWidget(m_folderChooser);
+    layout->addWidget(m_tree);
+    setWidget(box);
+    m_folderChooser->hide();
+
+    m_model->setReadOnly(true);
+    setShowHidden(prefs.showHiddenFiles());
+    m_tree->setModel(m_model);
+    m_tree->setHeaderHidden(true);
+    for (int column = 1; column < m_model->columnCount(); ++column)
+        m_tree->hideColumn(column);
+    m_tree->setUniformRowHeights(true);
+    connect(m_tree, &QTreeView::activated, this, [this](const QModelIndex &index) {
+        if (!m_model->isDir(index))
+            Q_EMIT fileActivated(m_model->filePath(index));
+    });
+    connect(m_folderChooser, &QComboBox::currentIndexChanged, this, [this](int index) {
+        if (index >= 0 && index < m_folders.size())
+            showFolder(m_folders[index]);
+    });
+}
+
+void WorkspaceSidebar::addFolder(const QString &folder)
+{
+    const QString canonical = QFileInfo(folder).canonicalFilePath();
+    if (canonical.isEmpty())
+        return;
+    if (!m_folders.contains(canonical)) {
+        m_folders.append(canonical);
+        m_folderChooser->addItem(DisplayPath::forDisplay(canonical));
+    }
+    m_folderChooser->setVisible(m_folders.size() > 1);
+    m_folderChooser->setCurrentIndex(int(m_folders.indexOf(canonical)));
+    showFolder(canonical);
+}
+
+void WorkspaceSidebar::showFolder(const QString &folder)
+{
+    m_tree->setRootIndex(m_model->setRootPath(folder));
+    setWindowTitle(QFileInfo(folder).fileName());
+}
+
+void WorkspaceSidebar::setShowHidden(bool show)
+{
+    QDir::Filters filters = QDir::AllEntries | QDir::NoDotAndDotDot | QDir::AllDirs;
+    if (show)
+        filters |= QDir::Hidden;
+    m_model->setFilter(filters);
+}
+
+} // namespace mirtex

@@ -1,0 +1,26 @@
+// The colours an editor pane paints with, resolved from the current theme.
+#pragma once
+
+#include <QColor>
+
+namespace mirtex {
+
+struct EditorColors
+{
+    QColor background;
+    QColor text;
+    QColor caret;
+    QColor selection;
+    QColor currentLine;
+    QColor gutter;
+    QColor gutterText;
+    QColor gutterCurrent;
+    QColor invisibles;
+    QColor smartHighlight;
+    QColor braceMatch;
+    QColor mark;
+    QColor bookmark;
+    bool isDark = false;
+};
+
+} // namespace mirtex

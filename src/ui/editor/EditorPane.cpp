@@ -1,0 +1,176 @@
+#include "ui/editor/EditorPane.h"
+
+#include "core/app/Preferences.h"
+#include "ui/editor/EditorColors.h"
+
+#include <QFontDatabase>
+#include <QKeyEvent>
+
+namespace mirtex {
+
+namespace {
+
+QChar closerFor(QChar opener)
+{
+    switch (opener.unicode()) {
+    case u'(':
+        return u')';
+    case u'[':
+        return u']';
+    case u'{':
+        return u'}';
+    case u'"':
+        return u'"';
+    case u'\'':
+        return u'\'';
+    case u'`':
+        return u'`';
+    default:
+        return {};
+    }
+}
+
+bool isQuote(QChar c)
+{
+    return c == u'"' || c == u'\'' || c == u'`';
+}
+
+} // namespace
+
+EditorPane::EditorPane(QWidget *parent)
+    : QsciScintilla(parent)
+{
+    setUtf8(true);
+    setFrameShape(QFrame::NoFrame);
+    setBraceMatching(NoBraceMatch); // matching braces are painted by the editor view
+    setMarginType(0, NumberMargin);
+    setMarginType(1, SymbolMargin);
+    setMarginWidth(1, 14);
+    setMarginSensitivity(1, true);
+    setMarginWidth(2, 0);
+    setEolMode(EolUnix); // the text always holds LF; the file's ending is applied on save
+    setScrollWidthTracking(true);
+    setScrollWidth(1);
+    SendScintilla(SCI_SETMODEVENTMASK,
+                  SC_MOD_INSERTTEXT | SC_MOD_DELETETEXT | SC_MOD_BEFOREDELETE
+                      | SC_PERFORMED_USER | SC_PERFORMED_UNDO | SC_PERFORMED_REDO);
+    connect(this, &QsciScintilla::linesChanged, this, &EditorPane::updateLineNumberWidth);
+}
+
+void EditorPane::applyPreferences(const Preferences &prefs)
+{
+    QFont font = prefs.fontName().isEmpty() ? QFontDatabase::systemFont(QFontDatabase::FixedFont)
+                                            : QFont(prefs.fontName());
+    font.setPointSizeF(prefs.fontSize() > 0 ? prefs.fontSize() : 13);
+    setFont(font);
+    setMarginsFont(font);
+    zoomTo(prefs.zoom());
+
+    setTabWidth(std::max(1, prefs.tabWidth()));
+    setIndentationsUseTabs(!prefs.useSpaces());
+    setAutoIndent(prefs.autoIndent());
+    m_autoClose = prefs.autoClose();
+    setWrapMode(prefs.wordWrap() ? WrapWord : WrapNone);
+    m_showLineNumbers = prefs.showLineNumbers();
+    updateLineNumberWidth();
+    setCaretLineVisible(prefs.highlightCurrentLine());
+    setWhitespaceVisibility(prefs.showWhitespace() ? WsVisible : WsInvisible);
+    setEolVisibility(prefs.showLineEndings());
+    setIndentationGuides(prefs.showIndentGuides());
+}
+
+void EditorPane::applyColors(const EditorColors &colors)
+{
+    setPaper(colors.background);
+    setColor(colors.text);
+    SendScintilla(SCI_STYLESETBACK, STYLE_DEFAULT, colors.background);
+    SendScintilla(SCI_STYLESETFORE, STYLE_DEFAULT, colors.text);
+    SendScintilla(SCI_STYLESETBACK, STYLE_LINENUMBER, colors.gutter);
+    SendScintilla(SCI_STYLESETFORE, STYLE_LINENUMBER, colors.gutterText);
+    setCaretForegroundColor(colors.caret);
+    setSelectionBackgroundColor(colors.selection);
+    resetSelectionForegroundColor();
+    setCaretLineBackgroundColor(colors.currentLine);
+    setMarginsBackgroundColor(colors.gutter);
+    setMarginsForegroundColor(colors.gutterText);
+    setFoldMarginColors(colors.gutter, colors.gutter);
+    setWhitespaceForegroundColor(colors.invisibles);
+    setIndentationGuidesForegroundColor(colors.invisibles);
+    setIndentationGuidesBackgroundColor(colors.background);
+    setMatchedBraceBackgroundColor(colors.braceMatch);
+    setMatchedBraceForegroundColor(colors.text);
+    // Line-end marks use the control-character style.
+    SendScintilla(SCI_STYLESETFORE, STYLE_CONTROLCHAR, colors.invisibles);
+    SendScintilla(SCI_STYLESETBACK, STYLE_CONTROLCHAR, colors.background);
+}
+
+void EditorPane::updateLineNumberWidth()
+{
+    if (!m_showLineNumbers) {
+        setMarginWidth(0, 0);
+        return;
+    }
+    const int digits = std::max(3, int(QString::number(lines()).size()) + 1);
+    setMarginWidth(0, QString(digits, u'9'));
+}
+
+void EditorPane::focusInEvent(QFocusEvent *event)
+{
+    QsciScintilla::focusInEvent(event);
+    Q_EMIT focused(this);
+}
+
+void EditorPane::keyPressEvent(QKeyEvent *event)
+{
+    if (m_autoClose && !isReadOnly() && handleAutoClose(event))
+        return;
+    QsciScintilla::keyPressEvent(event);
+}
+
+bool EditorPane::handleAutoClose(QKeyEvent *event)
+{
+    if (event->text().size() != 1 || (event->modifiers() & (Qt::ControlModifier | Qt::AltModifier)))
+        return false;
+    const QChar typed = event->text().front();
+    const long caret = SendScintilla(SCI_GETCURRENTPOS);
+    const int next = int(SendScintilla(SCI_GETCHARAT, caret));
+    const bool hasSelection = SendScintilla(SCI_GETSELECTIONEMPTY) == 0;
+    const bool singleSelection = SendScintilla(SCI_GETSELECTIONS) == 1;
+    if (!singleSelection)
+        return false;
+
+    // Typing the closer that auto-close put right after the caret steps over it.
+    if (!hasSelection && (typed == u')' || typed == u']' || typed == u'}' || isQuote(typed))
+        && next == typed.unicode()) {
+        SendScintilla(SCI_GOTOPOS, caret + 1);
+        return true;
+    }
+    const QChar closer = closerFor(typed);
+    if (closer.isNull())
+        return false;
+    if (hasSelection) {
+        const long from = SendScintilla(SCI_GETSELECTIONSTART);
+        const long to = SendScintilla(SCI_GETSELECTIONEND);
+        beginUndoAction();
+        SendScintilla(SCI_INSERTTEXT, to, QString(closer).toUtf8().constData());
+        SendScintilla(SCI_INSERTTEXT, from, QString(typed).toUtf8().constData());
+        SendScintilla(SCI_SETSEL, from + 1, to + 1);
+        endUndoAction();
+        return true;
+    }
+    // A quote next to a word character is an apostrophe or a closing quote: no pair.
+    if (isQuote(typed)) {
+        const int prev = caret > 0 ? int(SendScintilla(SCI_GETCHARAT, caret - 1)) : 0;
+        if ((prev > 0 && prev < 128 && (QChar(prev).isLetterOrNumber() || prev == '_'))
+            || (next > 0 && next < 128 && QChar(next).isLetterOrNumber()))
+            return false;
+    }
+    beginUndoAction();
+    const QByteArray pair = QString(QString(typed) + closer).toUtf8();
+    SendScintilla(SCI_REPLACESEL, pair.constData());
+    SendScintilla(SCI_GOTOPOS, caret + 1);
+    endUndoAction();
+    return true;
+}
+
+} // namespace mirtex

@@ -1,0 +1,40 @@
+// One Scintilla view of a document. A split editor has two panes over the same Scintilla
+// document, so they share text and undo history.
+#pragma once
+
+#include <Qsci/qsciscintilla.h>
+
+namespace mirtex {
+
+class Preferences;
+struct EditorColors;
+
+class EditorPane : public QsciScintilla
+{
+    Q_OBJECT
+
+public:
+    explicit EditorPane(QWidget *parent = nullptr);
+
+    // Reads every display preference (font, zoom, tabs, wrapping, invisibles, gutter...).
+    void applyPreferences(const Preferences &prefs);
+    void applyColors(const EditorColors &colors);
+
+    void setAutoClose(bool on) { m_autoClose = on; }
+
+Q_SIGNALS:
+    void focused(mirtex::EditorPane *pane);
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+
+private:
+    bool handleAutoClose(QKeyEvent *event);
+    void updateLineNumberWidth();
+
+    bool m_autoClose = false;
+    bool m_showLineNumbers = true;
+};
+
+} // namespace mirtex

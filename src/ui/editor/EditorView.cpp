@@ -1,0 +1,243 @@
+#include "ui/editor/EditorView.h"
+
+#include "core/app/Preferences.h"
+#include "ui/editor/EditorPane.h"
+#include "ui/editor/TextPositions.h"
+
+#include <QSplitter>
+#include <QVBoxLayout>
+
+#include <cstring>
+
+namespace mirtex {
+
+using Sci = QsciScintillaBase;
+
+EditorView::EditorView(Preferences &prefs, QWidget *parent)
+    : QWidget(parent)
+    , m_prefs(prefs)
+    , m_splitter(new QSplitter(this))
+{
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_splitter);
+    m_splitter->setChildrenCollapsible(false);
+    m_primary = makePane();
+    m_active = m_primary;
+    m_positions = std::make_unique<TextPositions>(m_primary);
+    connect(m_primary,
+            &Sci::SCN_MODIFIED,
+            this,
+            [this](int position, int type, const char *, int length, int, int, int, int, int, int) {
+                onModified(position, type, length);
+            });
+    applyPreferences();
+}
+
+EditorView::~EditorView() = default;
+
+EditorPane *EditorView::makePane()
+{
+    auto *pane = new EditorPane(m_splitter);
+    m_splitter->addWidget(pane);
+    pane->applyPreferences(m_prefs);
+    connect(pane, &EditorPane::focused, this, [this](EditorPane *p) {
+        m_active = p;
+        Q_EMIT caretMoved();
+    });
+    connect(pane, &QsciScintilla::cursorPositionChanged, this, [this, pane]() {
+        if (pane == m_active)
+            Q_EMIT caretMoved();
+    });
+    connect(pane, &QsciScintilla::selectionChanged, this, [this, pane]() {
+        if (pane == m_active)
+            Q_EMIT caretMoved();
+    });
+    connect(pane, &Sci::SCN_ZOOM, this, [this, pane]() {
+        Q_EMIT zoomChanged(int(pane->SendScintilla(Sci::SCI_GETZOOM)));
+    });
+    return pane;
+}
+
+EditorPane *EditorView::activePane() const
+{
+    return m_active;
+}
+
+void EditorView::loadText(const QByteArray &utf8)
+{
+    m_loading = true;
+    m_primary->SendScintilla(Sci::SCI_CLEARALL);
+    m_primary->SendScintilla(Sci::SCI_APPENDTEXT, static_cast<unsigned long>(utf8.size()), utf8.constData());
+    m_primary->SendScintilla(Sci::SCI_EMPTYUNDOBUFFER);
+    m_primary->SendScintilla(Sci::SCI_SETSAVEPOINT);
+    m_primary->SendScintilla(Sci::SCI_GOTOPOS, 0L);
+    ++m_revision;
+    m_loading = false;
+}
+
+void EditorView::onModified(int position, int type, int length)
+{
+    if (type & Sci::SC_MOD_BEFOREDELETE) {
+        m_pendingDeleteLocation = m_positions->toUtf16(position);
+        m_pendingDeleteLength = m_positions->utf16Count(position, position + length);
+        return;
+    }
+    if (!(type & (Sci::SC_MOD_INSERTTEXT | Sci::SC_MOD_DELETETEXT)))
+        return;
+    ++m_revision;
+    if (m_loading)
+        return;
+    if (type & Sci::SC_MOD_INSERTTEXT) {
+        const qsizetype location = m_positions->toUtf16(position);
+        const qsizetype inserted = m_positions->utf16Count(position, position + length);
+        Q_EMIT textEdited({location, inserted}, inserted);
+    } else {
+        Q_EMIT textEdited({m_pendingDeleteLocation, 0}, -m_pendingDeleteLength);
+    }
+}
+
+void EditorView::setSplit(std::optional<Qt::Orientation> orientation)
+{
+    if (!orientation) {
+        if (m_secondary) {
+            if (m_active == m_secondary)
+                m_active = m_primary;
+            delete m_secondary;
+            m_secondary = nullptr;
+            m_primary->setFocus();
+        }
+        return;
+    }
+    m_splitter->setOrientation(*orientation);
+    if (m_secondary)
+        return;
+    m_secondary = makePane();
+    m_secondary->setDocument(m_primary->document());
+    m_secondary->applyPreferences(m_prefs);
+    m_secondary->applyColors(m_colors);
+    m_secondary->setReadOnly(!m_editable);
+    m_secondary->SendScintilla(Sci::SCI_SETMODEVENTMASK, 0L); // edits are reported by the first pane
+    const int half = std::max(1, (orientation == Qt::Horizontal ? width() : height()) / 2);
+    m_splitter->setSizes({half, half});
+}
+
+std::optional<Qt::Orientation> EditorView::split() const
+{
+    if (!m_secondary)
+        return std::nullopt;
+    return m_splitter->orientation();
+}
+
+TextRange EditorView::selection() const
+{
+    const long start = m_active->SendScintilla(Sci::SCI_GETSELECTIONSTART);
+    const long end = m_active->SendScintilla(Sci::SCI_GETSELECTIONEND);
+    const qsizetype location = m_positions->toUtf16(start);
+    return {location, m_positions->utf16Count(start, end)};
+}
+
+void EditorView::setSelection(TextRange range)
+{
+    const qsizetype length = textLength();
+    const qsizetype from = std::clamp<qsizetype>(range.location, 0, length);
+    const qsizetype to = std::clamp<qsizetype>(range.end(), from, length);
+    m_active->SendScintilla(Sci::SCI_SETSEL, long(m_positions->toByte(from)), long(m_positions->toByte(to)));
+}
+
+qsizetype EditorView::selectionLength() const
+{
+    return selection().length;
+}
+
+int EditorView::caretLineNumber() const
+{
+    const long caret = m_active->SendScintilla(Sci::SCI_GETCURRENTPOS);
+    return int(m_active->SendScintilla(Sci::SCI_LINEFROMPOSITION, caret)) + 1;
+}
+
+int EditorView::caretColumnNumber() const
+{
+    const long caret = m_active->SendScintilla(Sci::SCI_GETCURRENTPOS);
+    const long line = m_active->SendScintilla(Sci::SCI_LINEFROMPOSITION, caret);
+    const long lineStart = m_active->SendScintilla(Sci::SCI_POSITIONFROMLINE, line);
+    return int(m_positions->utf16Count(lineStart, caret)) + 1;
+}
+
+int EditorView::firstVisibleLine() const
+{
+    return int(m_active->SendScintilla(Sci::SCI_GETFIRSTVISIBLELINE));
+}
+
+void EditorView::setFirstVisibleLine(int lineIndex)
+{
+    m_active->SendScintilla(Sci::SCI_SETFIRSTVISIBLELINE, long(std::max(0, lineIndex)));
+}
+
+qsizetype EditorView::textLength() const
+{
+    return m_positions->utf16Length();
+}
+
+void EditorView::applyPreferences()
+{
+    m_primary->applyPreferences(m_prefs);
+    if (m_secondary)
+        m_secondary->applyPreferences(m_prefs);
+}
+
+void EditorView::applyColors(const EditorColors &colors)
+{
+    m_colors = colors;
+    m_primary->applyColors(colors);
+    if (m_secondary)
+        m_secondary->applyColors(colors);
+}
+
+QString EditorView::text() const
+{
+    if (m_cachedRevision != m_revision) {
+        m_cachedText = QString::fromUtf8(utf8Text());
+        m_cachedRevision = m_revision;
+    }
+    return m_cachedText;
+}
+
+QByteArray EditorView::utf8Text() const
+{
+    const long length = m_primary->SendScintilla(Sci::SCI_GETLENGTH);
+    const auto *data = static_cast<const char *>(m_primary->SendScintillaPtrResult(Sci::SCI_GETCHARACTERPOINTER));
+    return QByteArray(data, length);
+}
+
+bool EditorView::utf8Equals(const QByteArray &utf8) const
+{
+    const long length = m_primary->SendScintilla(Sci::SCI_GETLENGTH);
+    if (length != utf8.size())
+        return false;
+    if (length == 0)
+        return true;
+    const auto *data = static_cast<const char *>(m_primary->SendScintillaPtrResult(Sci::SCI_GETCHARACTERPOINTER));
+    return std::memcmp(data, utf8.constData(), std::size_t(length)) == 0;
+}
+
+void EditorView::replaceText(const QByteArray &utf8)
+{
+    const bool wasReadOnly = m_primary->isReadOnly();
+    m_primary->setReadOnly(false);
+    m_primary->beginUndoAction();
+    m_primary->SendScintilla(Sci::SCI_CLEARALL);
+    m_primary->SendScintilla(Sci::SCI_APPENDTEXT, static_cast<unsigned long>(utf8.size()), utf8.constData());
+    m_primary->endUndoAction();
+    m_primary->setReadOnly(wasReadOnly);
+}
+
+void EditorView::setEditable(bool editable)
+{
+    m_editable = editable;
+    m_primary->setReadOnly(!editable);
+    if (m_secondary)
+        m_secondary->setReadOnly(!editable);
+}
+
+} // namespace mirtex

@@ -1,0 +1,94 @@
+// The editor of one tab: one Scintilla document shown by one or two panes (a split shares text
+// and undo). It is the document's text, reports every edit in UTF-16 terms, and applies the
+// preferences and colours to its panes. Main thread only.
+#pragma once
+
+#include "core/document/DocumentText.h"
+#include "core/editor/TextRange.h"
+#include "ui/editor/EditorColors.h"
+
+#include <QWidget>
+
+#include <memory>
+#include <optional>
+
+class QSplitter;
+
+namespace mirtex {
+
+class EditorPane;
+class Preferences;
+class TextPositions;
+
+class EditorView : public QWidget, public DocumentText
+{
+    Q_OBJECT
+
+public:
+    EditorView(Preferences &prefs, QWidget *parent = nullptr);
+    ~EditorView() override;
+
+    // Puts the initial text in: no edit is reported and the undo history starts empty.
+    void loadText(const QByteArray &utf8);
+    bool isLoading() const { return m_loading; }
+
+    EditorPane *primaryPane() const { return m_primary; }
+    EditorPane *activePane() const;
+    EditorPane *secondaryPane() const { return m_secondary; }
+
+    // Split of the same document: Qt::Horizontal puts the panes side by side.
+    void setSplit(std::optional<Qt::Orientation> orientation);
+    std::optional<Qt::Orientation> split() const;
+
+    const TextPositions &positions() const { return *m_positions; }
+
+    // The active pane's main selection and caret, in UTF-16 units.
+    TextRange selection() const;
+    void setSelection(TextRange range);
+    qsizetype selectionLength() const;
+    int caretLineNumber() const;   // from 1
+    int caretColumnNumber() const; // from 1, in UTF-16 units
+    int firstVisibleLine() const;
+    void setFirstVisibleLine(int lineIndex);
+    qsizetype textLength() const;
+
+    void applyPreferences();
+    void applyColors(const EditorColors &colors);
+    const EditorColors &colors() const { return m_colors; }
+
+    // DocumentText
+    QString text() const override;
+    QByteArray utf8Text() const override;
+    bool utf8Equals(const QByteArray &utf8) const override;
+    void replaceText(const QByteArray &utf8) override;
+    void setEditable(bool editable) override;
+    bool isEditable() const { return m_editable; }
+
+Q_SIGNALS:
+    // One change of the text: the edited range as it stands in the new text, and the change in
+    // length (new minus old), both in UTF-16 units.
+    void textEdited(mirtex::TextRange editedInNewText, qsizetype changeInLength);
+    void caretMoved();
+    void zoomChanged(int zoomStep);
+
+private:
+    void onModified(int position, int type, int length);
+    EditorPane *makePane();
+
+    Preferences &m_prefs;
+    QSplitter *m_splitter;
+    EditorPane *m_primary;
+    EditorPane *m_secondary = nullptr;
+    EditorPane *m_active;
+    std::unique_ptr<TextPositions> m_positions;
+    EditorColors m_colors;
+    bool m_loading = false;
+    bool m_editable = true;
+    qsizetype m_pendingDeleteLocation = 0;
+    qsizetype m_pendingDeleteLength = 0;
+    quint64 m_revision = 0;
+    mutable quint64 m_cachedRevision = ~quint64(0);
+    mutable QString m_cachedText;
+};
+
+} // namespace mirtex
