@@ -1,0 +1,265 @@
+#include "core/document/TextCodec.h"
+
+#include "core/document/CharacterSetTable.h"
+#include "core/document/IcuCodec.h"
+#include "core/document/SingleByteCodec.h"
+#include "core/document/Utf8Codec.h"
+#include "core/document/WideUnicodeCodec.h"
+
+#include <cstring>
+
+namespace mirtex::TextCodec {
+
+namespace {
+using WideUnicodeCodec::ByteOrder;
+
+constexpr qsizetype kUtf16SniffLength = 4096;
+constexpr qsizetype kBinarySniffLength = 8000;
+
+// Whether a decoded text may hold a CR: `false` only when the decoder saw none, which lets
+// decode() skip the normalisation scan.
+enum class CarriageReturns {
+    unknown,
+    absent,
+    present,
+};
+
+bool startsWith(QByteArrayView data, const char *prefix, qsizetype length)
+{
+    return data.size() >= length && std::memcmp(data.data(), prefix, size_t(length)) == 0;
+}
+
+std::optional<QString>
+decodeIn(quint64 characterSet, QByteArrayView bytes, CarriageReturns *carriageReturns = nullptr)
+{
+    switch (characterSet) {
+    case CharacterSet::utf8: {
+        bool containsCR = true;
+        std::optional<QString> text = Utf8Codec::decode(bytes, &containsCR);
+        if (carriageReturns)
+            *carriageReturns = containsCR ? CarriageReturns::present : CarriageReturns::absent;
+        return text;
+    }
+    case CharacterSet::utf16LE:
+        return WideUnicodeCodec::decodeUtf16(bytes, ByteOrder::littleEndian);
+    case CharacterSet::utf16BE:
+        return WideUnicodeCodec::decodeUtf16(bytes, ByteOrder::bigEndian);
+    case CharacterSet::utf32LE:
+        return WideUnicodeCodec::decodeUtf32(bytes, ByteOrder::littleEndian);
+    case CharacterSet::utf32BE:
+        return WideUnicodeCodec::decodeUtf32(bytes, ByteOrder::bigEndian);
+    default:
+        break;
+    }
+    const CharacterSetInfo *info = findCharacterSet(characterSet);
+    if (!info)
+        return std::nullopt;
+    if (auto table = SingleByteCodec::forConverter(info->converterName))
+        return table->decode(bytes);
+    return IcuCodec::decode(bytes, info->converterName);
+}
+
+std::optional<QByteArray> encodeIn(quint64 characterSet, QStringView text)
+{
+    switch (characterSet) {
+    case CharacterSet::utf8:
+        return Utf8Codec::encode(text);
+    case CharacterSet::utf16LE:
+        return WideUnicodeCodec::encodeUtf16(text, ByteOrder::littleEndian);
+    case CharacterSet::utf16BE:
+        return WideUnicodeCodec::encodeUtf16(text, ByteOrder::bigEndian);
+    case CharacterSet::utf32LE:
+        return WideUnicodeCodec::encodeUtf32(text, ByteOrder::littleEndian);
+    case CharacterSet::utf32BE:
+        return WideUnicodeCodec::encodeUtf32(text, ByteOrder::bigEndian);
+    default:
+        break;
+    }
+    const CharacterSetInfo *info = findCharacterSet(characterSet);
+    if (!info)
+        return std::nullopt;
+    if (auto table = SingleByteCodec::forConverter(info->converterName))
+        return table->encode(text);
+    return IcuCodec::encode(text, info->converterName);
+}
+
+std::optional<DecodedText>
+decodeAs(QByteArrayView bytes, TextEncoding encoding, CarriageReturns *carriageReturns)
+{
+    std::optional<QString> text = decodeIn(encoding.encoding, bytes, carriageReturns);
+    if (!text)
+        return std::nullopt;
+    return DecodedText{std::move(*text), encoding};
+}
+
+std::optional<DecodedText>
+decodeForced(QByteArrayView data, TextEncoding forced, CarriageReturns *carriageReturns)
+{
+    const QByteArray mark = forced.bomBytes();
+    if (!mark.isEmpty() && data.startsWith(mark))
+        data = data.sliced(mark.size());
+    else if (forced.encoding == CharacterSet::utf8 && startsWith(data, "\xEF\xBB\xBF", 3))
+        data = data.sliced(3);
+    return decodeAs(data, forced, carriageReturns);
+}
+
+std::optional<DecodedText> detectAndDecode(QByteArrayView data, CarriageReturns *carriageReturns)
+{
+    struct Mark
+    {
+        const char *bytes;
+        qsizetype length;
+        quint64 characterSet;
+    };
+
+    // UTF-32 LE before UTF-16 LE: the latter's mark is a prefix of the former's.
+    static constexpr Mark kMarks[] = {
+        {"\xEF\xBB\xBF", 3, CharacterSet::utf8},
+        {"\xFF\xFE\x00\x00", 4, CharacterSet::utf32LE},
+        {"\x00\x00\xFE\xFF", 4, CharacterSet::utf32BE},
+        {"\xFF\xFE", 2, CharacterSet::utf16LE},
+        {"\xFE\xFF", 2, CharacterSet::utf16BE},
+    };
+    for (const Mark &mark : kMarks) {
+        if (startsWith(data, mark.bytes, mark.length))
+            return decodeAs(data.sliced(mark.length), {mark.characterSet, true}, carriageReturns);
+    }
+    if (std::optional<TextEncoding> utf16 = detectUTF16(data)) {
+        if (auto decoded = decodeAs(data, *utf16, carriageReturns))
+            return decoded;
+    }
+    if (auto decoded = decodeAs(data, TextEncoding::utf8(), carriageReturns))
+        return decoded;
+    if (auto decoded = decodeAs(data, TextEncoding::windows1252(), carriageReturns))
+        return decoded;
+    return decodeAs(data, TextEncoding::isoLatin1(), carriageReturns);
+}
+
+std::optional<DecodedText> decodeTextNoting(QByteArrayView data,
+                                            std::optional<TextEncoding> forced,
+                                            CarriageReturns *carriageReturns)
+{
+    *carriageReturns = CarriageReturns::unknown;
+    return forced ? decodeForced(data, *forced, carriageReturns)
+                  : detectAndDecode(data, carriageReturns);
+}
+
+// Copies `text` with each LF replaced by `lineBreak`, one memcpy per line.
+QString expandLineBreaks(QStringView text, QStringView lineBreak)
+{
+    const qsizetype breaks = text.count(u'\n');
+    if (breaks == 0)
+        return text.toString();
+    QString expanded(text.size() + breaks * (lineBreak.size() - 1), Qt::Uninitialized);
+    QChar *out = expanded.data();
+    qsizetype from = 0;
+    for (qsizetype at = text.indexOf(u'\n'); at >= 0; at = text.indexOf(u'\n', from)) {
+        std::memcpy(out, text.data() + from, size_t(at - from) * sizeof(QChar));
+        out += at - from;
+        std::memcpy(out, lineBreak.data(), size_t(lineBreak.size()) * sizeof(QChar));
+        out += lineBreak.size();
+        from = at + 1;
+    }
+    std::memcpy(out, text.data() + from, size_t(text.size() - from) * sizeof(QChar));
+    return expanded;
+}
+} // namespace
+
+std::optional<Decoded>
+decode(QByteArrayView data, std::optional<TextEncoding> forced, LineEnding fallback)
+{
+    CarriageReturns carriageReturns;
+    std::optional<DecodedText> decoded = decodeTextNoting(data, forced, &carriageReturns);
+    if (!decoded)
+        return std::nullopt;
+    const LineEnding ending = detectLineEnding(decoded->text, fallback);
+    QString text = carriageReturns == CarriageReturns::absent
+                       ? std::move(decoded->text)
+                       : normalizeLineEndings(std::move(decoded->text));
+    return Decoded{std::move(text), decoded->encoding, ending};
+}
+
+std::optional<DecodedText> decodeText(QByteArrayView data, std::optional<TextEncoding> forced)
+{
+    CarriageReturns carriageReturns;
+    return decodeTextNoting(data, forced, &carriageReturns);
+}
+
+bool isBinary(QByteArrayView data)
+{
+    const QByteArrayView head = data.first(std::min(data.size(), kBinarySniffLength));
+    if (!head.contains('\0'))
+        return false;
+    if (startsWith(head, "\xFF\xFE", 2) || startsWith(head, "\xFE\xFF", 2))
+        return false;
+    return !detectUTF16(data).has_value();
+}
+
+std::optional<TextEncoding> detectUTF16(QByteArrayView data)
+{
+    const qsizetype length = std::min(data.size(), kUtf16SniffLength);
+    if (length < 4 || length % 2 != 0)
+        return std::nullopt;
+    qsizetype evenZeros = 0;
+    qsizetype oddZeros = 0;
+    for (qsizetype i = 0; i < length; i += 2) {
+        evenZeros += data[i] == '\0';
+        oddZeros += data[i + 1] == '\0';
+    }
+    // Over 40% of the odd (or even) bytes zero, and at most 5% of the other half.
+    if (10 * oddZeros > 2 * length && 20 * evenZeros <= length / 2)
+        return TextEncoding{CharacterSet::utf16LE, false};
+    if (10 * evenZeros > 2 * length && 20 * oddZeros <= length / 2)
+        return TextEncoding{CharacterSet::utf16BE, false};
+    return std::nullopt;
+}
+
+LineEnding detectLineEnding(QStringView text, LineEnding fallback)
+{
+    // Two vectorised searches instead of one character loop: the first LF bounds the CR search.
+    const qsizetype lineFeed = text.indexOf(u'\n');
+    const QStringView beforeLineFeed = lineFeed < 0 ? text : text.first(lineFeed);
+    const qsizetype carriageReturn = beforeLineFeed.indexOf(u'\r');
+    if (carriageReturn >= 0)
+        return carriageReturn + 1 == lineFeed ? LineEnding::crlf : LineEnding::cr;
+    return lineFeed >= 0 ? LineEnding::lf : fallback;
+}
+
+QString normalizeLineEndings(QString text)
+{
+    const qsizetype first = text.indexOf(u'\r');
+    if (first < 0)
+        return text;
+    // One pass in place: a CR before an LF is dropped, any other CR becomes LF. This equals
+    // replacing every CR LF and then every remaining CR.
+    const qsizetype size = text.size();
+    char16_t *data = reinterpret_cast<char16_t *>(text.data());
+    qsizetype written = first;
+    for (qsizetype read = first; read < size; ++read) {
+        const char16_t unit = data[read];
+        if (unit != u'\r') {
+            data[written++] = unit;
+        } else if (read + 1 >= size || data[read + 1] != u'\n') {
+            data[written++] = u'\n';
+        }
+    }
+    text.truncate(written);
+    return text;
+}
+
+std::optional<QByteArray> encode(QStringView text, TextEncoding encoding, LineEnding ending)
+{
+    std::optional<QByteArray> bytes;
+    if (ending == LineEnding::lf)
+        bytes = encodeIn(encoding.encoding, text);
+    else
+        bytes = encodeIn(encoding.encoding, expandLineBreaks(text, lineBreak(ending)));
+    if (!bytes)
+        return std::nullopt;
+    const QByteArray mark = encoding.bomBytes();
+    if (!mark.isEmpty())
+        bytes->prepend(mark);
+    return bytes;
+}
+
+} // namespace mirtex::TextCodec

@@ -1,0 +1,22 @@
+// Strict UTF-8 <-> UTF-16 conversion, tuned for large mostly-ASCII files.
+#pragma once
+
+#include <QByteArray>
+#include <QByteArrayView>
+#include <QString>
+#include <QStringView>
+
+#include <optional>
+
+namespace mirtex::Utf8Codec {
+
+// Decodes well-formed UTF-8 only: overlong forms, encoded surrogates (ED A0..BF), values above
+// U+10FFFF, stray continuation bytes and a sequence cut off by the end all give nothing. A leading
+// EF BB BF is kept as U+FEFF (callers strip marks). When `containsCR` is given it is set to
+// whether the bytes hold a CR, so callers can skip a separate scan. Thread-safe.
+std::optional<QString> decode(QByteArrayView bytes, bool *containsCR = nullptr);
+
+// Encodes to UTF-8; an unpaired surrogate, which no encoding can represent, gives nothing.
+std::optional<QByteArray> encode(QStringView text);
+
+} // namespace mirtex::Utf8Codec

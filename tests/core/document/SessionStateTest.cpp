@@ -1,0 +1,66 @@
+#include "core/document/SessionState.h"
+
+#include <gtest/gtest.h>
+
+using namespace mirtex;
+
+TEST(SessionStateTest, ReadsTheEarlierFormat)
+{
+    const auto state = SessionState::fromJson(QByteArrayLiteral(
+        R"({"entries":[{"id":"x","hasBackup":false,"encoding":"utf8","lineEnding":"lf",)"
+        R"("language":"text","selection":[0,0],"scroll":0,"bookmarks":[],"readOnly":false}],)"
+        R"("selected":0,"workspace":[],"sidebarVisible":false})"));
+    ASSERT_TRUE(state);
+    ASSERT_EQ(state->entries.size(), 1);
+    SessionState::Entry expected;
+    expected.id = QStringLiteral("x");
+    EXPECT_EQ(state->entries[0], expected);
+    EXPECT_EQ(state->entries[0].encoding, u"4");
+    EXPECT_EQ(state->entries[0].language, u"text");
+}
+
+TEST(SessionStateTest, RoundTripsEveryField)
+{
+    SessionState state;
+    SessionState::Entry saved;
+    saved.id = QStringLiteral("5E1D");
+    saved.path = QStringLiteral("/home/anna/è.txt");
+    saved.encoding = QStringLiteral("2483028224+bom");
+    saved.lineEnding = QStringLiteral("crlf");
+    saved.language = QStringLiteral("python");
+    saved.selection = {12, 3};
+    saved.scroll = 40;
+    saved.bookmarks = {0, 7, 99};
+    saved.readOnly = true;
+    saved.split = QStringLiteral("stacked");
+    SessionState::Entry untitled;
+    untitled.id = QStringLiteral("A1");
+    untitled.untitledName = QStringLiteral("nuovo 2");
+    untitled.hasBackup = true;
+    state.entries = {saved, untitled};
+    state.selected = 1;
+    state.workspace = {QStringLiteral("/home/anna/src")};
+    state.sidebarVisible = true;
+
+    EXPECT_EQ(SessionState::fromJson(state.toJsonBytes()), state);
+}
+
+TEST(SessionStateTest, WrongValuesTakeDefaultsAndNonObjectsDoNotDecode)
+{
+    const auto state = SessionState::fromJson(QByteArrayLiteral(
+        R"({"entries":[3,{"id":7,"path":"","encoding":12,"lineEnding":"mac","language":"",)"
+        R"("selection":[5,-1],"scroll":"top","bookmarks":[2,"3",-1,4.5,6],"readOnly":1,)"
+        R"("split":"diagonal","untitledName":"nuovo 3"}],"selected":"1","workspace":["/a",2]})"));
+    ASSERT_TRUE(state);
+    ASSERT_EQ(state->entries.size(), 1);
+    SessionState::Entry expected;
+    expected.untitledName = QStringLiteral("nuovo 3");
+    expected.encoding = QStringLiteral("12");
+    expected.bookmarks = {2, 6};
+    EXPECT_EQ(state->entries[0], expected);
+    EXPECT_EQ(state->selected, 0);
+    EXPECT_EQ(state->workspace, QStringList{QStringLiteral("/a")});
+
+    for (const char *bytes : {"", "[]", "42", "\"x\"", R"({"entries":[{"id":"x")"})
+        EXPECT_FALSE(SessionState::fromJson(QByteArray(bytes))) << bytes;
+}
