@@ -1,0 +1,15 @@
+// Makes test failures show ranges as "[location+length]" instead of raw bytes.
+#pragma once
+
+#include "core/editor/TextRange.h"
+
+#include <ostream>
+
+namespace mirtex {
+
+inline void PrintTo(const TextRange &range, std::ostream *out)
+{
+    *out << '[' << range.location << '+' << range.length << ']';
+}
+
+} // namespace mirtex
