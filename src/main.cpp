@@ -1,11 +1,76 @@
-// Process entry: the self-test, a snapshot mode, or the application.
+// Process entry: the self-test, a snapshot mode, or the application (handing its files to an
+// instance that is already running, unless --new-instance).
+#include "core/app/CommandLine.h"
+#include "core/app/Preferences.h"
+#include "ui/app/AppDelegate.h"
+#include "ui/app/AppearanceController.h"
+#include "ui/app/MainMenu.h"
+#include "ui/app/SelfTest.h"
+#include "ui/app/SingleInstance.h"
+#include "ui/app/Snapshot.h"
+#include "ui/document/MainWindow.h"
+
 #include <QApplication>
-#include <QMainWindow>
+#include <QDir>
+#include <QTimer>
+
+#include <cstdio>
+
+using namespace mirtex;
 
 int main(int argc, char **argv)
 {
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments.append(QFile::decodeName(argv[i]));
+    const CommandLine command = CommandLine::parse(arguments, QDir::currentPath());
+
     QApplication app(argc, argv);
-    QMainWindow window;
-    window.show();
+    QCoreApplication::setOrganizationName(QStringLiteral("Mirtex"));
+    QCoreApplication::setApplicationName(QStringLiteral("Mirtex++"));
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("Mirtex++"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("mirtex"));
+
+    switch (command.mode) {
+    case CommandLine::Mode::selfTest:
+        return SelfTest::run();
+    case CommandLine::Mode::snapshot:
+        return Snapshot::run(command.snapshot);
+    case CommandLine::Mode::invalid:
+        std::fprintf(stderr, "mirtex: %s\n", qPrintable(command.error));
+        return 2;
+    case CommandLine::Mode::run:
+        break;
+    }
+
+    if (!command.newInstance && SingleInstance::handOver(command.files, command.urls))
+        return 0;
+
+    Preferences prefs;
+    AppDelegate delegate(prefs, nullptr);
+    SingleInstance instance;
+    if (!command.newInstance)
+        instance.listen();
+    QObject::connect(&instance, &SingleInstance::received, &delegate,
+                     [&delegate](const QStringList &files, const QStringList &urls) {
+                         if (files.isEmpty() && urls.isEmpty())
+                             delegate.reopen();
+                         delegate.openPaths(files);
+                         for (const QString &url : urls)
+                             delegate.handleUrlEvent(url);
+                     });
+
+    // Handed over before launch: queued, opened after the session is restored.
+    delegate.openPaths(command.files);
+    for (const QString &url : command.urls)
+        delegate.handleUrlEvent(url);
+
+    QTimer::singleShot(0, &delegate, [&delegate]() {
+        delegate.launch();
+        auto *appearance = new AppearanceController(delegate.mainWindow()->preferences(), *delegate.mainWindow());
+        appearance->addThemeMenu(delegate.mainMenu()->menu(QStringLiteral("mirtex.menu.view")));
+    });
+    QObject::connect(&app, &QCoreApplication::aboutToQuit, &delegate, [&delegate]() { delegate.willTerminate(); });
+    QApplication::setQuitOnLastWindowClosed(false); // the quit sequence decides
     return app.exec();
 }

@@ -2,6 +2,8 @@
 // handed over (queued until launch has run), the periodic session save, and the quit sequence.
 #pragma once
 
+#include "ui/app/SessionKeeper.h"
+
 #include <QObject>
 #include <QPointer>
 #include <QStringList>
@@ -15,7 +17,6 @@ namespace mirtex {
 class MainMenu;
 class MainWindow;
 class Preferences;
-class SessionKeeper;
 class SettingsWindow;
 class ShortcutsWindow;
 

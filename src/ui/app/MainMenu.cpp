@@ -12,13 +12,6 @@
 
 namespace mirtex {
 
-namespace {
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("MainMenu", text);
-}
-} // namespace
-
 MainMenu::MainMenu(MainWindow *window, QObject *parent)
     : QObject(parent)
     , m_window(window)

@@ -16,10 +16,6 @@
 namespace mirtex {
 
 namespace {
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("SettingsWindow", text);
-}
 
 QLabel *note(const QString &text)
 {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/document/Document.h"
+#include "ui/editor/EditorView.h"
 
 #include <QObject>
 #include <QPointer>

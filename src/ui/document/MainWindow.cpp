@@ -9,6 +9,7 @@
 #include "ui/document/StatusBar.h"
 #include "ui/document/WorkspaceSidebar.h"
 #include "ui/editor/EditorColors.h"
+#include "ui/editor/EditorPane.h"
 #include "ui/editor/EditorView.h"
 
 #include <QApplication>
@@ -20,13 +21,6 @@
 #include <QTabWidget>
 
 namespace mirtex {
-
-namespace {
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("MainWindow", text);
-}
-} // namespace
 
 MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
     : QMainWindow(parent)

@@ -12,10 +12,6 @@
 namespace mirtex {
 
 namespace {
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("StatusBar", text);
-}
 
 QToolButton *makeButton(QWidget *parent)
 {

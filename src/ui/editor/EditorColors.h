@@ -1,7 +1,11 @@
 // The colours an editor pane paints with, resolved from the current theme.
 #pragma once
 
+#include "core/languages/TokenKind.h"
+
 #include <QColor>
+
+#include <array>
 
 namespace mirtex {
 
@@ -20,6 +24,7 @@ struct EditorColors
     QColor braceMatch;
     QColor mark;
     QColor bookmark;
+    std::array<QColor, kTokenKindCount> tokens;
     bool isDark = false;
 };
 

@@ -206,8 +206,8 @@ QString EditorView::text() const
 QByteArray EditorView::utf8Text() const
 {
     const long length = m_primary->SendScintilla(Sci::SCI_GETLENGTH);
-    const auto *data = static_cast<const char *>(m_primary->SendScintillaPtrResult(Sci::SCI_GETCHARACTERPOINTER));
-    return QByteArray(data, length);
+    const auto *buffer = static_cast<const char *>(m_primary->SendScintillaPtrResult(Sci::SCI_GETCHARACTERPOINTER));
+    return QByteArray(buffer, length);
 }
 
 bool EditorView::utf8Equals(const QByteArray &utf8) const
@@ -217,8 +217,8 @@ bool EditorView::utf8Equals(const QByteArray &utf8) const
         return false;
     if (length == 0)
         return true;
-    const auto *data = static_cast<const char *>(m_primary->SendScintillaPtrResult(Sci::SCI_GETCHARACTERPOINTER));
-    return std::memcmp(data, utf8.constData(), std::size_t(length)) == 0;
+    const auto *buffer = static_cast<const char *>(m_primary->SendScintillaPtrResult(Sci::SCI_GETCHARACTERPOINTER));
+    return std::memcmp(buffer, utf8.constData(), std::size_t(length)) == 0;
 }
 
 void EditorView::replaceText(const QByteArray &utf8)

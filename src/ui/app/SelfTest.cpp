@@ -1,0 +1,154 @@
+#include "ui/app/SelfTest.h"
+
+#include "core/app/Preferences.h"
+#include "core/document/TextCodec.h"
+#include "ui/app/Alerts.h"
+#include "ui/app/AppDelegate.h"
+#include "ui/app/SelfTestRunner.h"
+#include "ui/document/DocumentTab.h"
+#include "ui/document/MainWindow.h"
+#include "ui/editor/EditorPane.h"
+#include "ui/editor/EditorView.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+namespace mirtex {
+
+namespace {
+
+const QString kSamples[] = {QStringLiteral("Perché sì: caffè, città, naïve 123\nseconda riga\tcon tab\n"),
+                            QStringLiteral("Hello world 123\nsecond line\twith tab\n")};
+
+void checkCodec(SelfTestRunner &t)
+{
+    t.section(QStringLiteral("Codifica"));
+    const TextEncoding encodings[] = {TextEncoding::utf8(), TextEncoding::utf8WithBom(),
+                                      TextEncoding::utf16LEWithBom(),
+                                      TextEncoding{CharacterSet::utf16LE, false},
+                                      TextEncoding::utf16BEWithBom()};
+    for (const QString &sample : kSamples) {
+        for (const TextEncoding &encoding : encodings) {
+            const auto bytes = TextCodec::encode(sample, encoding, LineEnding::lf);
+            const auto decoded = bytes ? TextCodec::decode(*bytes, std::nullopt, LineEnding::lf) : std::nullopt;
+            const QString what = encoding.label();
+            if (!t.check(decoded.has_value(), what + QStringLiteral(": non si rilegge")))
+                continue;
+            t.check(!decoded->text.startsWith(QChar(0xFEFF)), what + QStringLiteral(": il BOM finisce nel testo"));
+            t.check(decoded->text == sample, what + QStringLiteral(": il testo cambia"));
+            t.check(decoded->encoding == encoding, what + QStringLiteral(": codifica non riconosciuta"));
+        }
+    }
+    const auto latin = TextCodec::encode(kSamples[0], TextEncoding::windows1252(), LineEnding::lf);
+    const auto back = latin ? TextCodec::decode(*latin, std::nullopt, LineEnding::lf) : std::nullopt;
+    t.check(back && back->encoding == TextEncoding::windows1252(),
+            QStringLiteral("Windows-1252: codifica non riconosciuta"));
+}
+
+void type(DocumentTab *tab, const QString &text)
+{
+    // As typed: at the caret, which moves behind the text.
+    tab->editor()->primaryPane()->SendScintilla(QsciScintillaBase::SCI_REPLACESEL, text.toUtf8().constData());
+}
+
+void checkDocuments(SelfTestRunner &t, const QString &folder)
+{
+    t.section(QStringLiteral("Documenti"));
+    Preferences prefs(folder + QStringLiteral("/documents.conf"));
+    MainWindow window(prefs);
+    Alerts &alerts = Alerts::instance();
+
+    DocumentTab *first = window.newDocument();
+    DocumentTab *second = window.newDocument();
+    t.check(first->document().untitledName() == QStringLiteral("nuovo 1")
+                && second->document().untitledName() == QStringLiteral("nuovo 2"),
+            QStringLiteral("nomi dei nuovi documenti"));
+    window.discardDocument(first);
+    t.check(window.newDocument()->document().untitledName() == QStringLiteral("nuovo 1"),
+            QStringLiteral("il nome libero non viene riusato"));
+
+    type(second, QStringLiteral("x"));
+    second->editor()->primaryPane()->SendScintilla(QsciScintillaBase::SCI_DELETEBACK);
+    t.check(!second->document().isDirty() && second->document().changeCount() == 2,
+            QStringLiteral("scrivere e cancellare lascia il documento modificato"));
+
+    type(second, QStringLiteral("Perché"));
+    alerts.pushSaveChoice(SaveChoice{folder + QStringLiteral("/a.txt"), TextEncoding::windows1252().id(),
+                                     QStringLiteral("crlf")});
+    t.check(window.save(second), QStringLiteral("salvataggio con nome fallito"));
+    QFile saved(folder + QStringLiteral("/a.txt"));
+    t.check(saved.open(QIODevice::ReadOnly) && saved.readAll() == QByteArray("Perch\xE9"),
+            QStringLiteral("il file salvato in Windows-1252 non corrisponde"));
+    t.check(!second->document().isDirty(), QStringLiteral("dopo il salvataggio resta modificato"));
+
+    type(second, QStringLiteral("ł"));
+    alerts.pushAnswer(QStringLiteral("Salva in UTF-8"));
+    t.check(window.save(second) && second->document().encoding() == TextEncoding::utf8(),
+            QStringLiteral("l'offerta di UTF-8 non salva in UTF-8"));
+
+    QFile::setPermissions(folder + QStringLiteral("/a.txt"), QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup);
+    type(second, QStringLiteral("!"));
+    window.save(second);
+    t.check(QFileInfo(folder + QStringLiteral("/a.txt")).permissions()
+                == (QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadUser | QFile::WriteUser),
+            QStringLiteral("il salvataggio non mantiene i permessi"));
+
+    QFile::link(folder + QStringLiteral("/a.txt"), folder + QStringLiteral("/link.txt"));
+    const int before = int(window.documents().size());
+    window.openPath(folder + QStringLiteral("/link.txt"));
+    t.check(window.documents().size() == before, QStringLiteral("lo stesso file aperto due volte"));
+
+    type(second, QStringLiteral("?"));
+    alerts.pushAnswer(QStringLiteral("Annulla"));
+    t.check(!window.closeDocument(second) && window.documents().contains(second),
+            QStringLiteral("\"Annulla\" chiude la scheda"));
+    alerts.pushAnswer(QStringLiteral("Non salvare"));
+    t.check(window.closeDocument(second) && !window.documents().contains(second),
+            QStringLiteral("\"Non salvare\" non chiude la scheda"));
+}
+
+void checkLaunch(SelfTestRunner &t, const QString &folder)
+{
+    t.section(QStringLiteral("Avvio e uscita"));
+    Preferences prefs(folder + QStringLiteral("/launch.conf"));
+    prefs.setRememberSession(false);
+    AppDelegate delegate(prefs, nullptr);
+    delegate.handleUrlEvent(QStringLiteral("mirtex:?text=Ciao"));
+    delegate.handleUrlEvent(QStringLiteral("other:?text=No"));
+    delegate.launch(false);
+    auto docs = delegate.mainWindow()->documents();
+    t.check(docs.size() == 2 && docs.last()->editor()->text() == QStringLiteral("Ciao")
+                && !docs.last()->document().isDirty(),
+            QStringLiteral("testo consegnato prima dell'avvio"));
+    delegate.handleUrlEvent(QStringLiteral("mirtex:?text=Dopo"));
+    docs = delegate.mainWindow()->documents();
+    t.check(docs.size() == 3 && docs.last()->document().isDirty(), QStringLiteral("testo consegnato dopo l'avvio"));
+
+    // Two modified documents: save the first, cancel at the second.
+    type(docs[0], QStringLiteral("uno"));
+    Alerts::instance().pushAnswer(QStringLiteral("Salva"));
+    Alerts::instance().pushSaveChoice(SaveChoice{folder + QStringLiteral("/uno.txt"), QStringLiteral("4"), QStringLiteral("lf")});
+    Alerts::instance().pushAnswer(QStringLiteral("Annulla"));
+    Alerts::instance().clearAsked();
+    t.check(!delegate.shouldTerminate(), QStringLiteral("\"Annulla\" non ferma l'uscita"));
+    t.check(QFileInfo::exists(folder + QStringLiteral("/uno.txt")) && Alerts::instance().asked().size() == 2,
+            QStringLiteral("uscita: domande o salvataggi sbagliati"));
+}
+
+} // namespace
+
+int SelfTest::run()
+{
+    SelfTestRunner t;
+    QTemporaryDir folder;
+    Alerts::instance().beginScript();
+    checkDocuments(t, folder.path());
+    checkLaunch(t, folder.path());
+    checkCodec(t);
+    Alerts::instance().endScript();
+    return t.finish();
+}
+
+} // namespace mirtex

@@ -1,0 +1,70 @@
+#include "ui/app/Snapshot.h"
+
+#include "core/app/CommandLine.h"
+#include "core/app/Preferences.h"
+#include "ui/app/AppearanceController.h"
+#include "ui/app/MainMenu.h"
+#include "ui/document/MainWindow.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QPixmap>
+#include <QTemporaryDir>
+#include <QThread>
+
+#include <cstdio>
+
+namespace mirtex {
+
+int Snapshot::run(const SnapshotRequest &request)
+{
+    // Pictures show the defaults, never the user's own settings.
+    QTemporaryDir settingsDir;
+    Preferences prefs(settingsDir.filePath(QStringLiteral("Mirtex++.conf")));
+    prefs.setRememberSession(false);
+    if (request.dark)
+        prefs.setThemeID(QStringLiteral("dark"));
+
+    MainWindow window(prefs);
+    MainMenu menu(&window);
+    AppearanceController appearance(prefs, window);
+    window.resize(request.size);
+
+    bool allOpened = true;
+    for (const QString &file : request.files) {
+        if (QFileInfo(file).isDir())
+            window.openWorkspace(file);
+        else if (!window.openPath(file))
+            allOpened = false;
+    }
+    if (window.documents().isEmpty())
+        window.newDocument();
+    if (!allOpened) {
+        std::fprintf(stderr, "files not opened\n");
+        return 1;
+    }
+    if (request.tab)
+        window.selectIndex(*request.tab);
+    if (request.split == QLatin1String("side"))
+        window.setSplit(Qt::Horizontal);
+    else if (request.split == QLatin1String("stacked"))
+        window.setSplit(Qt::Vertical);
+    if (!request.sidebarFolder.isEmpty())
+        window.openWorkspace(request.sidebarFolder);
+
+    window.show();
+    // Let layouts settle and the file tree list its folder before the picture is taken.
+    for (int i = 0; i < 20; ++i) {
+        QApplication::processEvents(QEventLoop::AllEvents, 25);
+        QThread::msleep(10);
+    }
+    const QPixmap picture = window.grab();
+    if (picture.isNull() || !picture.save(request.outputPath)) {
+        std::fprintf(stderr, "render failed\n");
+        return 1;
+    }
+    std::printf("wrote %s\n", qPrintable(request.outputPath));
+    return 0;
+}
+
+} // namespace mirtex
