@@ -70,6 +70,11 @@ protected:
         return list;
     }
 
+    SessionWriteResult write(SessionStore &store, const QList<Doc> &docs, qsizetype selected = 0)
+    {
+        return store.write(documents(docs), selected, {}, false);
+    }
+
     QString folder() const { return m_home.filePath(QStringLiteral("Mirtex")); }
 
     QTemporaryDir m_home;
@@ -83,9 +88,9 @@ TEST_F(SessionStoreTest, WritesBackupsOnlyWhenTheChangeCountMovedAndLoadsThemBac
 {
     SessionStore store;
     ASSERT_EQ(store.folderPath(), folder());
-    const QList<Doc> docs{{"a", std::nullopt, true, 3, -1, QStringLiteral("ciao\nè")},
-                          {"b", QStringLiteral("/tmp/b.txt"), false, 0, -1, "clean"},
-                          {"c", QStringLiteral("/tmp/c.txt"), true, 2, 2, "unchanged"}};
+    QList<Doc> docs{{"a", std::nullopt, true, 3, -1, QStringLiteral("ciao\nè")},
+                    {"b", QStringLiteral("/tmp/b.txt"), false, 0, -1, "clean"},
+                    {"c", QStringLiteral("/tmp/c.txt"), true, 2, 2, "unchanged"}};
     const auto first = store.write(documents(docs), 1, {QStringLiteral("/w")}, true);
     EXPECT_TRUE(first.succeeded) << first.failure.toStdString();
     // "c" claims a current backup that the folder does not hold, so it is written too.
@@ -94,17 +99,16 @@ TEST_F(SessionStoreTest, WritesBackupsOnlyWhenTheChangeCountMovedAndLoadsThemBac
     EXPECT_FALSE(QFile::exists(store.backupFilePath(QStringLiteral("b"))));
 
     // Nothing moved: no text asked, nothing reported.
-    QList<Doc> next = docs;
-    next[0].backedUp = 3;
+    docs[0].backedUp = 3;
     textsAsked = 0;
-    EXPECT_TRUE(store.write(documents(next), 1, {QStringLiteral("/w")}, true)
-                    .backedUpChangeCounts.isEmpty());
+    const auto idle = store.write(documents(docs), 1, {QStringLiteral("/w")}, true);
+    EXPECT_TRUE(idle.backedUpChangeCounts.isEmpty());
     EXPECT_EQ(textsAsked, 0);
 
-    next[0].changeCount = 4;
-    next[0].text = QStringLiteral("ciao!");
-    EXPECT_EQ(store.write(documents(next), 1, {QStringLiteral("/w")}, true).backedUpChangeCounts,
-              (QHash<QString, qint64>{{"a", 4}}));
+    docs[0].changeCount = 4;
+    docs[0].text = QStringLiteral("ciao!");
+    const auto edited = store.write(documents(docs), 1, {QStringLiteral("/w")}, true);
+    EXPECT_EQ(edited.backedUpChangeCounts, (QHash<QString, qint64>{{"a", 4}}));
     EXPECT_EQ(textsAsked, 1);
 
     const SessionStore reader;
@@ -125,29 +129,22 @@ TEST_F(SessionStoreTest, WritesBackupsOnlyWhenTheChangeCountMovedAndLoadsThemBac
 TEST_F(SessionStoreTest, RemovesBackupsNoEntryNames)
 {
     SessionStore store;
-    store.write(
-        documents({{"a", std::nullopt, true, 1, -1, "a"}, {"b", std::nullopt, true, 1, -1, "b"}}),
-        0,
-        {},
-        false);
+    write(store, {{"a", std::nullopt, true, 1, -1, "a"}, {"b", std::nullopt, true, 1, -1, "b"}});
     QFile stray(QDir(folder()).filePath(QStringLiteral("backup/stray.tmp")));
     ASSERT_TRUE(stray.open(QIODevice::WriteOnly));
     stray.close();
 
     // "a" was closed; "b" was saved and is clean now.
     SessionStore restarted;
-    EXPECT_TRUE(
-        restarted
-            .write(documents({{"b", QStringLiteral("/tmp/b"), false, 1, 1, "b"}}), 0, {}, false)
-            .succeeded);
+    EXPECT_TRUE(write(restarted, {{"b", QStringLiteral("/tmp/b"), false, 1, 1, "b"}}).succeeded);
     EXPECT_TRUE(QDir(folder() + QStringLiteral("/backup")).isEmpty());
 }
 
 TEST_F(SessionStoreTest, FallsBackToThePreviousSessionWhenTheFileIsDamaged)
 {
     SessionStore store;
-    store.write(documents({{"first", QStringLiteral("/tmp/1"), false, 0, -1, ""}}), 0, {}, false);
-    store.write(documents({{"second", QStringLiteral("/tmp/2"), false, 0, -1, ""}}), 0, {}, false);
+    write(store, {{"first", QStringLiteral("/tmp/1"), false, 0, -1, ""}});
+    write(store, {{"second", QStringLiteral("/tmp/2"), false, 0, -1, ""}});
     const QString sessionFile = store.sessionFilePath();
     const QByteArray written = contents(sessionFile);
 
@@ -162,7 +159,7 @@ TEST_F(SessionStoreTest, FallsBackToThePreviousSessionWhenTheFileIsDamaged)
     }
     // A new run does not keep the damaged file as the previous session.
     SessionStore next;
-    next.write(documents({{"third", QStringLiteral("/tmp/3"), false, 0, -1, ""}}), 0, {}, false);
+    write(next, {{"third", QStringLiteral("/tmp/3"), false, 0, -1, ""}});
     QFile::remove(sessionFile);
     EXPECT_EQ(next.load()->entries.value(0).id, u"first");
 
@@ -170,79 +167,101 @@ TEST_F(SessionStoreTest, FallsBackToThePreviousSessionWhenTheFileIsDamaged)
     EXPECT_FALSE(next.load());
 }
 
+namespace {
+
+// Ways to make writes fail; each answers false when it cannot (rights that ignore permissions).
+struct WriteBlocker
+{
+    virtual ~WriteBlocker() = default;
+    virtual bool block() = 0;
+    virtual void unblock() = 0;
+};
+
+struct ReadOnlyFolders : WriteBlocker
+{
+    explicit ReadOnlyFolders(QStringList folders)
+        : paths(std::move(folders))
+    {}
+
+    bool block() override
+    {
+        for (const QString &path : paths)
+            QFile::setPermissions(path, QFile::ReadOwner | QFile::ExeOwner);
+        QFile probe(paths.constLast() + QStringLiteral("/probe"));
+        if (!probe.open(QIODevice::WriteOnly))
+            return true;
+        probe.remove();
+        unblock();
+        return false;
+    }
+
+    void unblock() override
+    {
+        for (const QString &path : paths)
+            QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    }
+
+    QStringList paths;
+};
+
+// Also stops root: like a full disk, every write beyond 64 bytes comes up short.
+struct FileSizeLimit : WriteBlocker
+{
+    bool block() override
+    {
+        std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &saved);
+        struct rlimit small = saved;
+        small.rlim_cur = 64;
+        return setrlimit(RLIMIT_FSIZE, &small) == 0;
+    }
+
+    void unblock() override
+    {
+        setrlimit(RLIMIT_FSIZE, &saved);
+        std::signal(SIGXFSZ, SIG_DFL);
+    }
+
+    struct rlimit saved
+    {};
+};
+
+} // namespace
+
 TEST_F(SessionStoreTest, AFailedWriteLeavesTheOldFilesWholeAndIsRetried)
 {
-    enum class Failure {
-        readOnlyFolder,
-        fileSizeLimit
-    };
-    for (Failure failure : {Failure::readOnlyFolder, Failure::fileSizeLimit}) {
-        SCOPED_TRACE(failure == Failure::readOnlyFolder ? "read-only folder" : "file size limit");
+    ReadOnlyFolders readOnly({folder() + QStringLiteral("/backup"), folder()});
+    FileSizeLimit sizeLimit;
+    for (WriteBlocker *blocker : std::initializer_list<WriteBlocker *>{&readOnly, &sizeLimit}) {
+        SCOPED_TRACE(blocker == &readOnly ? "read-only folder" : "file size limit");
         QDir(folder()).removeRecursively();
         SessionStore store;
-        ASSERT_TRUE(store
-                        .write(documents({{"a", std::nullopt, true, 1, -1, "old a"},
-                                          {"b", std::nullopt, true, 1, -1, "old b"}}),
-                               0,
-                               {},
-                               false)
-                        .succeeded);
-        ASSERT_TRUE(store
-                        .write(documents({{"a", std::nullopt, true, 2, 1, "old a 2"},
-                                          {"b", std::nullopt, true, 1, 1, "old b"}}),
-                               1,
-                               {},
-                               false)
-                        .succeeded);
+        write(store,
+              {{"a", std::nullopt, true, 1, -1, "a 1"}, {"b", std::nullopt, true, 1, -1, "b"}});
+        write(store,
+              {{"a", std::nullopt, true, 2, 1, "a 2"}, {"b", std::nullopt, true, 1, 1, "b"}},
+              1);
         const QByteArray session = contents(store.sessionFilePath());
         const QByteArray previous = contents(store.sessionFilePath() + QStringLiteral(".bak"));
+        ASSERT_FALSE(previous.isEmpty());
 
-        const QList<SessionDocument> changed
-            = documents({{"a", std::nullopt, true, 5, 2, QString(4096, u'x')}});
-        const QStringList lockedFolders{folder() + QStringLiteral("/backup"), folder()};
-
-        struct rlimit savedLimit
-        {};
-
-        if (failure == Failure::readOnlyFolder) {
-            for (const QString &path : lockedFolders)
-                QFile::setPermissions(path, QFile::ReadOwner | QFile::ExeOwner);
-            QFile probe(folder() + QStringLiteral("/probe"));
-            if (probe.open(QIODevice::WriteOnly)) {
-                probe.remove();
-                for (const QString &path : lockedFolders)
-                    QFile::setPermissions(path,
-                                          QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-                std::cout << "[ SKIPPED  ] read-only folder: running with rights that ignore "
-                             "permissions; the file size limit covers failed writes\n";
-                continue;
-            }
-        } else {
-            std::signal(SIGXFSZ, SIG_IGN);
-            getrlimit(RLIMIT_FSIZE, &savedLimit);
-            struct rlimit small = savedLimit;
-            small.rlim_cur = 64; // smaller than session.json and the backup
-            setrlimit(RLIMIT_FSIZE, &small);
+        const QList<Doc> changed{{"a", std::nullopt, true, 5, 2, QString(4096, u'x')}};
+        if (!blocker->block()) {
+            std::cout << "[ SKIPPED  ] read-only folder: these rights ignore permissions\n";
+            continue;
         }
+        const auto failed = write(store, changed);
+        blocker->unblock();
 
-        const auto failed = store.write(changed, 0, {}, false);
-
-        if (failure == Failure::readOnlyFolder) {
-            for (const QString &path : lockedFolders)
-                QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        } else {
-            setrlimit(RLIMIT_FSIZE, &savedLimit);
-            std::signal(SIGXFSZ, SIG_DFL);
-        }
         EXPECT_FALSE(failed.succeeded);
         EXPECT_TRUE(failed.backedUpChangeCounts.isEmpty());
         EXPECT_EQ(contents(store.sessionFilePath()), session);
         EXPECT_EQ(contents(store.sessionFilePath() + QStringLiteral(".bak")), previous);
-        EXPECT_EQ(store.readBackup(QStringLiteral("a")), u"old a 2");
-        EXPECT_EQ(store.readBackup(QStringLiteral("b")), u"old b"); // not removed as stale
+        EXPECT_EQ(store.readBackup(QStringLiteral("a")), u"a 2");
+        EXPECT_EQ(store.readBackup(QStringLiteral("b")), u"b"); // not removed as stale
         EXPECT_EQ(QDir(folder() + QStringLiteral("/backup")).entryList(QDir::Files).size(), 2);
 
-        const auto retried = store.write(changed, 0, {}, false);
+        const auto retried = write(store, changed);
         EXPECT_TRUE(retried.succeeded);
         EXPECT_EQ(retried.backedUpChangeCounts, (QHash<QString, qint64>{{"a", 5}}));
         EXPECT_EQ(store.load()->entries.size(), 1);
