@@ -21,8 +21,9 @@ TEST(TerminationSignalsTest, EachSignalArrivesOnTheEventLoopAndHandlersAreRestor
         EXPECT_FALSE(TerminationSignals().isActive()); // one at a time
 
         QList<int> received;
-        QObject::connect(
-            &termination, &TerminationSignals::received, [&](int number) { received.append(number); });
+        QObject::connect(&termination, &TerminationSignals::received, [&](int number) {
+            received.append(number);
+        });
         for (int number : {SIGTERM, SIGHUP, SIGINT, SIGTERM})
             ASSERT_EQ(std::raise(number), 0);
         EXPECT_TRUE(received.isEmpty()); // never from inside the handler
