@@ -89,6 +89,16 @@ TEST(SmartHighlight, StopsAtTheLimit)
     EXPECT_EQ(findSmartHighlights(text, TextRange{8, 2}, 3).size(), std::size_t(3));
 }
 
+TEST(SmartHighlight, LongTextsAgreeWithRegex)
+{
+    // Longer than one search window, with occurrences straddling the window edges.
+    const QString text = (u"ab abab ab_ ab "_s).repeated(80'000);
+    const TextRange selection{12, 2};
+    const auto ranges = findSmartHighlights(text, selection, 1'000'000);
+    EXPECT_EQ(ranges.size(), std::size_t(2 * 80'000 - 1));
+    EXPECT_EQ(ranges, regexHighlights(text, selection, 1'000'000));
+}
+
 TEST(SmartHighlight, StopRequestEndsTheSearch)
 {
     const QString text = (u"ab "_s).repeated(1 << 20);
