@@ -143,11 +143,9 @@ findSmartHighlights(QStringView text, TextRange selection, qsizetype limit, std:
     const QStringView wordView = text.sliced(selection.location, selection.length);
     if (!isSmartHighlightWord(wordView))
         return ranges;
-    // Copied so the comparisons never read the text they compare against through two paths.
-    const std::u16string word(reinterpret_cast<const char16_t *>(wordView.utf16()),
-                              std::size_t(wordView.size()));
-    const auto wordLength = qsizetype(word.size());
     const auto *units = reinterpret_cast<const char16_t *>(text.utf16());
+    const char16_t *word = units + selection.location;
+    const qsizetype wordLength = selection.length;
     const qsizetype startEnd = length - wordLength + 1;
 
     // Like the regex enumeration: after a whole-word match the search resumes at its end, after
@@ -168,7 +166,7 @@ findSmartHighlights(QStringView text, TextRange selection, qsizetype limit, std:
     };
     for (qsizetype from = 0; from >= 0 && from < startEnd && !stop.stop_requested();) {
         const qsizetype windowEnd = std::min(startEnd, from + kWindowUnits);
-        from = scanWord(units, from, windowEnd, word.data(), wordLength, onOccurrence);
+        from = scanWord(units, from, windowEnd, word, wordLength, onOccurrence);
     }
     return ranges;
 }
