@@ -23,7 +23,11 @@ constexpr qsizetype kWindowUnits = 1 << 20;
 
 bool isBoundaryWordChar(UChar32 c)
 {
-    return c == u'_' || (U_GET_GC_MASK(c) & (U_GC_L_MASK | U_GC_N_MASK)) != 0;
+    // Most neighbours are ASCII; the property lookup is for the rest.
+    if (c < 0x80)
+        return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9')
+               || c == u'_';
+    return (U_GET_GC_MASK(c) & (U_GC_L_MASK | U_GC_N_MASK)) != 0;
 }
 
 bool isSelectableWordChar(UChar32 c)
@@ -54,11 +58,19 @@ bool restMatches(const char16_t *at, const char16_t *word, qsizetype wordLength)
            || std::memcmp(at + 1, word + 1, std::size_t(wordLength - 2) * sizeof(char16_t)) == 0;
 }
 
-// First start in [from, to) where the word occurs; `to` must leave room for the whole word.
-qsizetype findWord(
-    const char16_t *text, qsizetype from, qsizetype to, const char16_t *word, qsizetype wordLength)
+// Calls onOccurrence(start) for every start in [from, to) where the word occurs and that is not
+// before the position onOccurrence last asked to resume from; it returns that position, or -1 to
+// stop. `to` must leave room for the whole word. Returns where the next window resumes, or -1.
+template<typename OnOccurrence>
+qsizetype scanWord(const char16_t *text,
+                   qsizetype from,
+                   qsizetype to,
+                   const char16_t *word,
+                   qsizetype wordLength,
+                   OnOccurrence &&onOccurrence)
 {
     const qsizetype lastUnit = wordLength - 1;
+    qsizetype resume = from;
     qsizetype p = from;
 #if defined(__SSE2__)
     // Compare the first and the last unit of the word at 16 starts at once; only starts where both
@@ -72,21 +84,26 @@ qsizetype findWord(
                                          _mm_cmpeq_epi16(load(text + p + lastUnit), last));
         const __m128i hi = _mm_and_si128(_mm_cmpeq_epi16(load(text + p + 8), first),
                                          _mm_cmpeq_epi16(load(text + p + 8 + lastUnit), last));
-        auto mask = unsigned(_mm_movemask_epi8(_mm_packs_epi16(lo, hi)));
-        while (mask != 0) {
+        for (auto mask = unsigned(_mm_movemask_epi8(_mm_packs_epi16(lo, hi))); mask != 0;
+             mask &= mask - 1) {
             const qsizetype start = p + std::countr_zero(mask);
-            if (restMatches(text + start, word, wordLength))
-                return start;
-            mask &= mask - 1;
+            if (start >= resume && restMatches(text + start, word, wordLength)) {
+                resume = onOccurrence(start);
+                if (resume < 0)
+                    return -1;
+            }
         }
     }
 #endif
-    for (; p < to; ++p) {
-        if (text[p] == word[0] && text[p + lastUnit] == word[lastUnit]
-            && restMatches(text + p, word, wordLength))
-            return p;
+    for (p = std::max(p, resume); p < to; ++p) {
+        if (p >= resume && text[p] == word[0] && text[p + lastUnit] == word[lastUnit]
+            && restMatches(text + p, word, wordLength)) {
+            resume = onOccurrence(p);
+            if (resume < 0)
+                return -1;
+        }
     }
-    return -1;
+    return std::max(resume, to);
 }
 
 } // namespace
@@ -126,38 +143,30 @@ findSmartHighlights(QStringView text, TextRange selection, qsizetype limit, std:
     const QStringView wordView = text.sliced(selection.location, selection.length);
     if (!isSmartHighlightWord(wordView))
         return ranges;
-    // Copied so the comparisons never read the text they compare against through two paths.
-    const std::u16string word(reinterpret_cast<const char16_t *>(wordView.utf16()),
-                              std::size_t(wordView.size()));
-    const auto wordLength = qsizetype(word.size());
     const auto *units = reinterpret_cast<const char16_t *>(text.utf16());
+    const char16_t *word = units + selection.location;
+    const qsizetype wordLength = selection.length;
     const qsizetype startEnd = length - wordLength + 1;
 
-    qsizetype from = 0;
-    while (from < startEnd) {
-        if (stop.stop_requested())
-            break;
-        const qsizetype windowEnd = std::min(startEnd, from + kWindowUnits);
-        const qsizetype at = findWord(units, from, windowEnd, word.data(), wordLength);
-        if (at < 0) {
-            from = windowEnd;
-            continue;
-        }
+    // Like the regex enumeration: after a whole-word match the search resumes at its end, after
+    // a rejected occurrence at the next unit.
+    auto onOccurrence = [&](qsizetype at) -> qsizetype {
         const qsizetype end = at + wordLength;
         const bool wholeWord
             = (at == 0 || !isBoundaryWordChar(codePointBefore(units, at)))
               && (end == length || !isBoundaryWordChar(codePointAt(units, end, length)));
-        if (!wholeWord) {
-            from = at + 1;
-            continue;
-        }
-        // Like the regex enumeration: the next search starts after this match.
+        if (!wholeWord)
+            return at + 1;
         if (at != selection.location) {
             ranges.push_back(TextRange{at, wordLength});
             if (qsizetype(ranges.size()) >= limit)
-                break;
+                return -1;
         }
-        from = end;
+        return end;
+    };
+    for (qsizetype from = 0; from >= 0 && from < startEnd && !stop.stop_requested();) {
+        const qsizetype windowEnd = std::min(startEnd, from + kWindowUnits);
+        from = scanWord(units, from, windowEnd, word, wordLength, onOccurrence);
     }
     return ranges;
 }

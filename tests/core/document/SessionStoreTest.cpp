@@ -1,0 +1,270 @@
+#include "core/document/SessionStore.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <iostream>
+#include <sys/resource.h>
+
+using namespace mirtex;
+
+namespace {
+
+QByteArray contents(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+struct Doc
+{
+    QString id;
+    std::optional<QString> path;
+    bool needsBackup;
+    qint64 changeCount;
+    qint64 backedUp;
+    QString text;
+};
+
+class SessionStoreTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(m_home.isValid());
+        m_previous = qgetenv("XDG_STATE_HOME");
+        qputenv("XDG_STATE_HOME", m_home.path().toUtf8());
+    }
+
+    void TearDown() override
+    {
+        if (m_previous.isEmpty())
+            qunsetenv("XDG_STATE_HOME");
+        else
+            qputenv("XDG_STATE_HOME", m_previous);
+    }
+
+    // Builds the writer's input; every text produced is counted in textsAsked.
+    QList<SessionDocument> documents(const QList<Doc> &docs)
+    {
+        QList<SessionDocument> list;
+        for (const Doc &doc : docs) {
+            SessionDocument document;
+            document.entry.id = doc.id;
+            document.entry.path = doc.path;
+            if (!doc.path)
+                document.entry.untitledName = QStringLiteral("nuovo ") + doc.id;
+            document.needsBackup = doc.needsBackup;
+            document.changeCount = doc.changeCount;
+            document.backedUpChangeCount = doc.backedUp;
+            document.text = [this, text = doc.text] {
+                ++textsAsked;
+                return text;
+            };
+            list.append(document);
+        }
+        return list;
+    }
+
+    SessionWriteResult write(SessionStore &store, const QList<Doc> &docs, qsizetype selected = 0)
+    {
+        return store.write(documents(docs), selected, {}, false);
+    }
+
+    QString folder() const { return m_home.filePath(QStringLiteral("Mirtex")); }
+
+    QTemporaryDir m_home;
+    QByteArray m_previous;
+    int textsAsked = 0;
+};
+
+} // namespace
+
+TEST_F(SessionStoreTest, WritesBackupsOnlyWhenTheChangeCountMovedAndLoadsThemBack)
+{
+    SessionStore store;
+    ASSERT_EQ(store.folderPath(), folder());
+    QList<Doc> docs{{"a", std::nullopt, true, 3, -1, QStringLiteral("ciao\nè")},
+                    {"b", QStringLiteral("/tmp/b.txt"), false, 0, -1, "clean"},
+                    {"c", QStringLiteral("/tmp/c.txt"), true, 2, 2, "unchanged"}};
+    const auto first = store.write(documents(docs), 1, {QStringLiteral("/w")}, true);
+    EXPECT_TRUE(first.succeeded) << first.failure.toStdString();
+    // "c" claims a current backup that the folder does not hold, so it is written too.
+    EXPECT_EQ(first.backedUpChangeCounts, (QHash<QString, qint64>{{"a", 3}, {"c", 2}}));
+    EXPECT_EQ(textsAsked, 2);
+    EXPECT_FALSE(QFile::exists(store.backupFilePath(QStringLiteral("b"))));
+
+    // Nothing moved: no text asked, nothing reported.
+    docs[0].backedUp = 3;
+    textsAsked = 0;
+    const auto idle = store.write(documents(docs), 1, {QStringLiteral("/w")}, true);
+    EXPECT_TRUE(idle.backedUpChangeCounts.isEmpty());
+    EXPECT_EQ(textsAsked, 0);
+
+    docs[0].changeCount = 4;
+    docs[0].text = QStringLiteral("ciao!");
+    const auto edited = store.write(documents(docs), 1, {QStringLiteral("/w")}, true);
+    EXPECT_EQ(edited.backedUpChangeCounts, (QHash<QString, qint64>{{"a", 4}}));
+    EXPECT_EQ(textsAsked, 1);
+
+    const SessionStore reader;
+    const auto state = reader.load();
+    ASSERT_TRUE(state);
+    ASSERT_EQ(state->entries.size(), 3);
+    EXPECT_TRUE(state->entries[0].hasBackup);
+    EXPECT_FALSE(state->entries[1].hasBackup);
+    EXPECT_EQ(state->entries[1].path, u"/tmp/b.txt");
+    EXPECT_EQ(state->selected, 1);
+    EXPECT_TRUE(state->sidebarVisible);
+    EXPECT_EQ(reader.readBackup(QStringLiteral("a")), u"ciao!");
+    EXPECT_EQ(reader.readBackup(QStringLiteral("c")), u"unchanged");
+    EXPECT_EQ(reader.readBackup(QStringLiteral("b")), std::nullopt);
+    EXPECT_EQ(reader.readBackup(QStringLiteral("../Mirtex/session.json")), std::nullopt);
+}
+
+TEST_F(SessionStoreTest, RemovesBackupsNoEntryNames)
+{
+    SessionStore store;
+    write(store, {{"a", std::nullopt, true, 1, -1, "a"}, {"b", std::nullopt, true, 1, -1, "b"}});
+    QFile stray(QDir(folder()).filePath(QStringLiteral("backup/stray.tmp")));
+    ASSERT_TRUE(stray.open(QIODevice::WriteOnly));
+    stray.close();
+
+    // "a" was closed; "b" was saved and is clean now.
+    SessionStore restarted;
+    EXPECT_TRUE(write(restarted, {{"b", QStringLiteral("/tmp/b"), false, 1, 1, "b"}}).succeeded);
+    EXPECT_TRUE(QDir(folder() + QStringLiteral("/backup")).isEmpty());
+}
+
+TEST_F(SessionStoreTest, FallsBackToThePreviousSessionWhenTheFileIsDamaged)
+{
+    SessionStore store;
+    write(store, {{"first", QStringLiteral("/tmp/1"), false, 0, -1, ""}});
+    write(store, {{"second", QStringLiteral("/tmp/2"), false, 0, -1, ""}});
+    const QString sessionFile = store.sessionFilePath();
+    const QByteArray written = contents(sessionFile);
+
+    for (const QByteArray &damage : {written.left(written.size() / 2), QByteArray("[1,2]")}) {
+        QFile file(sessionFile);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        file.write(damage);
+        file.close();
+        const auto state = SessionStore().load();
+        ASSERT_TRUE(state);
+        EXPECT_EQ(state->entries.value(0).id, u"first");
+    }
+    // A new run does not keep the damaged file as the previous session.
+    SessionStore next;
+    write(next, {{"third", QStringLiteral("/tmp/3"), false, 0, -1, ""}});
+    QFile::remove(sessionFile);
+    EXPECT_EQ(next.load()->entries.value(0).id, u"first");
+
+    next.removeSessionFile();
+    EXPECT_FALSE(next.load());
+}
+
+namespace {
+
+// Ways to make writes fail; each answers false when it cannot (rights that ignore permissions).
+struct WriteBlocker
+{
+    virtual ~WriteBlocker() = default;
+    virtual bool block() = 0;
+    virtual void unblock() = 0;
+};
+
+struct ReadOnlyFolders : WriteBlocker
+{
+    explicit ReadOnlyFolders(QStringList folders)
+        : paths(std::move(folders))
+    {}
+
+    bool block() override
+    {
+        for (const QString &path : paths)
+            QFile::setPermissions(path, QFile::ReadOwner | QFile::ExeOwner);
+        QFile probe(paths.constLast() + QStringLiteral("/probe"));
+        if (!probe.open(QIODevice::WriteOnly))
+            return true;
+        probe.remove();
+        unblock();
+        return false;
+    }
+
+    void unblock() override
+    {
+        for (const QString &path : paths)
+            QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    }
+
+    QStringList paths;
+};
+
+// Also stops root: like a full disk, every write beyond 64 bytes comes up short.
+struct FileSizeLimit : WriteBlocker
+{
+    bool block() override
+    {
+        std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &saved);
+        struct rlimit small = saved;
+        small.rlim_cur = 64;
+        return setrlimit(RLIMIT_FSIZE, &small) == 0;
+    }
+
+    void unblock() override
+    {
+        setrlimit(RLIMIT_FSIZE, &saved);
+        std::signal(SIGXFSZ, SIG_DFL);
+    }
+
+    struct rlimit saved
+    {};
+};
+
+} // namespace
+
+TEST_F(SessionStoreTest, AFailedWriteLeavesTheOldFilesWholeAndIsRetried)
+{
+    ReadOnlyFolders readOnly({folder() + QStringLiteral("/backup"), folder()});
+    FileSizeLimit sizeLimit;
+    for (WriteBlocker *blocker : std::initializer_list<WriteBlocker *>{&readOnly, &sizeLimit}) {
+        SCOPED_TRACE(blocker == &readOnly ? "read-only folder" : "file size limit");
+        QDir(folder()).removeRecursively();
+        SessionStore store;
+        write(store,
+              {{"a", std::nullopt, true, 1, -1, "a 1"}, {"b", std::nullopt, true, 1, -1, "b"}});
+        write(store,
+              {{"a", std::nullopt, true, 2, 1, "a 2"}, {"b", std::nullopt, true, 1, 1, "b"}},
+              1);
+        const QByteArray session = contents(store.sessionFilePath());
+        const QByteArray previous = contents(store.sessionFilePath() + QStringLiteral(".bak"));
+        ASSERT_FALSE(previous.isEmpty());
+
+        const QList<Doc> changed{{"a", std::nullopt, true, 5, 2, QString(4096, u'x')}};
+        if (!blocker->block()) {
+            std::cout << "[ SKIPPED  ] read-only folder: these rights ignore permissions\n";
+            continue;
+        }
+        const auto failed = write(store, changed);
+        blocker->unblock();
+
+        EXPECT_FALSE(failed.succeeded);
+        EXPECT_TRUE(failed.backedUpChangeCounts.isEmpty());
+        EXPECT_EQ(contents(store.sessionFilePath()), session);
+        EXPECT_EQ(contents(store.sessionFilePath() + QStringLiteral(".bak")), previous);
+        EXPECT_EQ(store.readBackup(QStringLiteral("a")), u"a 2");
+        EXPECT_EQ(store.readBackup(QStringLiteral("b")), u"b"); // not removed as stale
+        EXPECT_EQ(QDir(folder() + QStringLiteral("/backup")).entryList(QDir::Files).size(), 2);
+
+        const auto retried = write(store, changed);
+        EXPECT_TRUE(retried.succeeded);
+        EXPECT_EQ(retried.backedUpChangeCounts, (QHash<QString, qint64>{{"a", 5}}));
+        EXPECT_EQ(store.load()->entries.size(), 1);
+        EXPECT_EQ(store.readBackup(QStringLiteral("b")), std::nullopt);
+    }
+}
