@@ -1,5 +1,7 @@
 #include "core/document/SingleByteCodec.h"
 
+#include "core/document/HugePageHint.h"
+
 #include <QHash>
 #include <QMutex>
 
@@ -79,6 +81,7 @@ std::shared_ptr<const SingleByteCodec> SingleByteCodec::forConverter(const char 
 std::optional<QString> SingleByteCodec::decode(QByteArrayView bytes) const
 {
     QString text(bytes.size(), Qt::Uninitialized);
+    adviseHugePages(text.data(), size_t(text.size()) * sizeof(QChar));
     const auto *p = reinterpret_cast<const uchar *>(bytes.data());
     const uchar *const end = p + bytes.size();
     auto *out = reinterpret_cast<char16_t *>(text.data());
@@ -117,6 +120,7 @@ std::optional<QString> SingleByteCodec::decode(QByteArrayView bytes) const
 std::optional<QByteArray> SingleByteCodec::encode(QStringView text) const
 {
     QByteArray bytes(text.size(), Qt::Uninitialized);
+    adviseHugePages(bytes.data(), size_t(bytes.size()));
     const char16_t *p = text.utf16();
     const char16_t *const end = p + text.size();
     auto *out = reinterpret_cast<uchar *>(bytes.data());

@@ -1,6 +1,7 @@
 #include "core/document/TextCodec.h"
 
 #include "core/document/CharacterSetTable.h"
+#include "core/document/HugePageHint.h"
 #include "core/document/IcuCodec.h"
 #include "core/document/SingleByteCodec.h"
 #include "core/document/Utf8Codec.h"
@@ -151,6 +152,7 @@ QString expandLineBreaks(QStringView text, QStringView lineBreak)
     if (breaks == 0)
         return text.toString();
     QString expanded(text.size() + breaks * (lineBreak.size() - 1), Qt::Uninitialized);
+    adviseHugePages(expanded.data(), size_t(expanded.size()) * sizeof(QChar));
     QChar *out = expanded.data();
     qsizetype from = 0;
     for (qsizetype at = text.indexOf(u'\n'); at >= 0; at = text.indexOf(u'\n', from)) {
