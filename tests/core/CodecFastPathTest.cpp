@@ -9,6 +9,7 @@
 #include <random>
 
 using namespace mirtex;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -123,6 +124,22 @@ TEST(CodecFastPath, EncodersMatchIcuIncludingLoneSurrogates)
             const QByteArray raw(reinterpret_cast<const char *>(text.utf16()), text.size() * 2);
             EXPECT_FALSE(WideUnicodeCodec::decodeUtf16(raw, ByteOrder::littleEndian));
         }
+    }
+}
+
+// The surrogate check works in blocks of 64 units; pairs and strays meet every block edge.
+TEST(CodecFastPath, SurrogatesAcrossBlockEdges)
+{
+    const auto paired
+        = [](const QString &text) { return WideUnicodeCodec::hasPairedSurrogates(text); };
+    for (int at = 60; at <= 130; ++at) {
+        const QString before(at, u'x');
+        EXPECT_TRUE(paired(before + u"\U0001F600"_s + before)) << at;
+        EXPECT_TRUE(paired(before + u"\U0001F600\U0001F600"_s)) << at;
+        EXPECT_FALSE(paired(before + QChar(0xD83D) + before)) << at;
+        EXPECT_FALSE(paired(before + QChar(0xDE00) + before)) << at;
+        EXPECT_FALSE(paired(before + QChar(0xD83D))) << at;
+        EXPECT_FALSE(paired(before + u"\U0001F600"_s + QChar(0xDE00))) << at;
     }
 }
 

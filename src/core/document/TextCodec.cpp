@@ -259,9 +259,14 @@ std::optional<QByteArray> encode(QStringView text, TextEncoding encoding, LineEn
     if (!bytes)
         return std::nullopt;
     const QByteArray mark = encoding.bomBytes();
-    if (!mark.isEmpty())
-        bytes->prepend(mark);
-    return bytes;
+    if (mark.isEmpty())
+        return bytes;
+    // Not prepend(): that would reallocate without the huge-page hint.
+    QByteArray marked(mark.size() + bytes->size(), Qt::Uninitialized);
+    adviseHugePages(marked.data(), size_t(marked.size()));
+    std::memcpy(marked.data(), mark.constData(), size_t(mark.size()));
+    std::memcpy(marked.data() + mark.size(), bytes->constData(), size_t(bytes->size()));
+    return marked;
 }
 
 } // namespace mirtex::TextCodec
