@@ -67,21 +67,6 @@ TEST(TextEncoding, LabelsAndShortLabels)
     }
 }
 
-TEST(TextEncoding, MarksOnlyForUnicode)
-{
-    const std::pair<TextEncoding, QByteArray> cases[] = {
-        {TextEncoding::utf8WithBom(), QByteArray("\xEF\xBB\xBF")},
-        {TextEncoding::utf16LEWithBom(), QByteArray("\xFF\xFE")},
-        {TextEncoding::utf16BEWithBom(), QByteArray("\xFE\xFF")},
-        {{CharacterSet::utf32LE, true}, QByteArray("\xFF\xFE\0\0", 4)},
-        {{CharacterSet::utf32BE, true}, QByteArray("\0\0\xFE\xFF", 4)},
-        {TextEncoding::utf8(), QByteArray()},
-        {{CharacterSet::windows1252, true}, QByteArray()},
-    };
-    for (const auto &[encoding, mark] : cases)
-        EXPECT_EQ(encoding.bomBytes(), mark) << encoding.id().toStdString();
-}
-
 TEST(EncodingMenu, CommonEntriesAndGroups)
 {
     EXPECT_EQ(commonEncodings(),
