@@ -167,6 +167,7 @@ TEST(TextCodec, LineEndingDetectionAndNormalisation)
     const Case cases[] = {
         {bytes("a\r\nb\r\n"), LineEnding::crlf, u"a\nb\n"_s},
         {bytes("a\rb"), LineEnding::cr, u"a\nb"_s},
+        {bytes("0123456789abcdefghij\r\nb"), LineEnding::crlf, u"0123456789abcdefghij\nb"_s},
         {bytes("a\r\nb\nc\rd"), LineEnding::crlf, u"a\nb\nc\nd"_s},
         {bytes("a\nb\r\n"), LineEnding::lf, u"a\nb\n"_s},
         {bytes("a\r\r\nb\r"), LineEnding::cr, u"a\n\nb\n"_s},

@@ -17,7 +17,7 @@ using WideUnicodeCodec::ByteOrder;
 constexpr qsizetype kUtf16SniffLength = 4096;
 constexpr qsizetype kBinarySniffLength = 8000;
 
-// Whether a decoded text may hold a CR: `false` only when the decoder saw none, which lets
+// What the decoder learnt about CRs on the way: `absent` (only the UTF-8 path knows it) lets
 // decode() skip the normalisation scan.
 enum class CarriageReturns {
     unknown,
@@ -33,11 +33,13 @@ bool startsWith(QByteArrayView data, const char *prefix, qsizetype length)
 std::optional<QString>
 decodeIn(quint64 characterSet, QByteArrayView bytes, CarriageReturns *carriageReturns = nullptr)
 {
+    if (carriageReturns)
+        *carriageReturns = CarriageReturns::unknown;
     switch (characterSet) {
     case CharacterSet::utf8: {
         bool containsCR = true;
         std::optional<QString> text = Utf8Codec::decode(bytes, &containsCR);
-        if (carriageReturns)
+        if (text && carriageReturns)
             *carriageReturns = containsCR ? CarriageReturns::present : CarriageReturns::absent;
         return text;
     }
