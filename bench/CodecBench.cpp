@@ -1,5 +1,6 @@
 // Throughput of opening and saving large files: detection, strict decoding, line-break work.
 // Set MIRTEX_BENCH_DATA_DIR to also write the generated files there (to compare other tools).
+#include "core/document/IcuCodec.h"
 #include "core/document/TextCodec.h"
 
 #include <QDir>
@@ -163,6 +164,26 @@ void BM_QtFromUtf8Log(benchmark::State &state)
     state.SetBytesProcessed(state.iterations() * data.size());
 }
 
+// Reference point: ICU's generic converters, which the fast paths replace for these sets.
+void icuBench(benchmark::State &state, const QByteArray &data, const char *converter)
+{
+    for (auto _ : state) {
+        std::optional<QString> text = IcuCodec::decode(data, converter);
+        benchmark::DoNotOptimize(text->constData());
+    }
+    state.SetBytesProcessed(state.iterations() * data.size());
+}
+
+void BM_IcuUtf8Log(benchmark::State &state)
+{
+    icuBench(state, utf8Log(), "UTF-8");
+}
+
+void BM_IcuWindows1252(benchmark::State &state)
+{
+    icuBench(state, windows1252Text(), "windows-1252");
+}
+
 } // namespace
 
 BENCHMARK(BM_DecodeUtf8Log)->Unit(benchmark::kMillisecond);
@@ -170,3 +191,5 @@ BENCHMARK(BM_EncodeUtf8Log)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_DecodeWindows1252Crlf)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_EncodeWindows1252Crlf)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_QtFromUtf8Log)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_IcuUtf8Log)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_IcuWindows1252)->Unit(benchmark::kMillisecond);

@@ -282,7 +282,15 @@ TEST(TextCodec, NormalisationLeavesTextWithoutCarriageReturnsAlone)
     const QString text = u"one\ntwo"_s;
     const QString normalised = TextCodec::normalizeLineEndings(text);
     EXPECT_EQ(normalised.constData(), text.constData());
-    EXPECT_EQ(TextCodec::normalizeLineEndings(u"\r\r\n\n\r"_s), u"\n\n\n\n"_s);
+    // Breaks at every offset of the 8-unit blocks, against a literal two-step replacement.
+    for (const QString &breaks : {u"\r\n"_s, u"\r"_s, u"\r\r\n\n\r"_s, u"\r\r"_s}) {
+        for (int at = 0; at < 20; ++at) {
+            const QString input = QString(at, u'x') + breaks + QString(at % 11, u'y') + breaks;
+            const QString expected
+                = QString(input).replace(u"\r\n"_s, u"\n"_s).replace(u'\r', u'\n');
+            EXPECT_EQ(TextCodec::normalizeLineEndings(input), expected) << at;
+        }
+    }
 }
 
 } // namespace

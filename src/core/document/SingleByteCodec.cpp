@@ -82,37 +82,21 @@ std::optional<QString> SingleByteCodec::decode(QByteArrayView bytes) const
 {
     QString text(bytes.size(), Qt::Uninitialized);
     adviseHugePages(text.data(), size_t(text.size()) * sizeof(QChar));
-    const auto *p = reinterpret_cast<const uchar *>(bytes.data());
-    const uchar *const end = p + bytes.size();
+    const auto *in = reinterpret_cast<const uchar *>(bytes.data());
     auto *out = reinterpret_cast<char16_t *>(text.data());
-#if defined(__SSE2__)
-    if (asciiCompatible_) {
-        const __m128i zero = _mm_setzero_si128();
-        while (end - p >= 16) {
-            const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i *>(p));
-            if (_mm_movemask_epi8(block) != 0) {
-                // Mixed block: the table handles it one byte at a time.
-                for (int i = 0; i < 16; ++i) {
-                    const char16_t unit = toUnicode_[p[i]];
-                    if (unit == kUndefined)
-                        return std::nullopt;
-                    out[i] = unit;
-                }
-            } else {
-                _mm_storeu_si128(reinterpret_cast<__m128i *>(out), _mm_unpacklo_epi8(block, zero));
-                _mm_storeu_si128(reinterpret_cast<__m128i *>(out + 8),
-                                 _mm_unpackhi_epi8(block, zero));
-            }
-            p += 16;
-            out += 16;
+    // A plain lookup per byte with the undefined check folded into a flag tested once per chunk:
+    // in Latin text a high byte comes every few bytes, so branching on ASCII runs does not pay.
+    constexpr qsizetype kChunk = 256;
+    for (qsizetype start = 0; start < bytes.size(); start += kChunk) {
+        const qsizetype chunkEnd = std::min(bytes.size(), start + kChunk);
+        bool undefined = false;
+        for (qsizetype i = start; i < chunkEnd; ++i) {
+            const char16_t unit = toUnicode_[in[i]];
+            undefined |= unit == kUndefined;
+            out[i] = unit;
         }
-    }
-#endif
-    for (; p < end; ++p) {
-        const char16_t unit = toUnicode_[*p];
-        if (unit == kUndefined)
+        if (undefined)
             return std::nullopt;
-        *out++ = unit;
     }
     return text;
 }
@@ -131,19 +115,26 @@ std::optional<QByteArray> SingleByteCodec::encode(QStringView text) const
         while (end - p >= 16) {
             const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i *>(p));
             const __m128i high = _mm_loadu_si128(reinterpret_cast<const __m128i *>(p + 8));
-            const __m128i wide = _mm_and_si128(_mm_or_si128(low, high), asciiMask);
-            if (_mm_movemask_epi8(_mm_cmpeq_epi16(wide, zero)) == 0xFFFF) {
-                _mm_storeu_si128(reinterpret_cast<__m128i *>(out), _mm_packus_epi16(low, high));
-            } else {
-                for (int i = 0; i < 16; ++i) {
-                    const qint16 byte = fromUnicode_[p[i]];
-                    if (byte < 0)
-                        return std::nullopt;
-                    out[i] = uchar(byte);
-                }
+            // packus saturates, so non-ASCII units land as some byte that is fixed up below.
+            _mm_storeu_si128(reinterpret_cast<__m128i *>(out), _mm_packus_epi16(low, high));
+            const __m128i asciiLow = _mm_cmpeq_epi16(_mm_and_si128(low, asciiMask), zero);
+            const __m128i asciiHigh = _mm_cmpeq_epi16(_mm_and_si128(high, asciiMask), zero);
+            const uint wideUnits
+                = ~uint(_mm_movemask_epi8(_mm_packs_epi16(asciiLow, asciiHigh))) & 0xFFFF;
+            if (wideUnits == 0) {
+                p += 16;
+                out += 16;
+                continue;
             }
-            p += 16;
-            out += 16;
+            const int prefix = __builtin_ctz(wideUnits);
+            p += prefix;
+            out += prefix;
+            do {
+                const qint16 byte = fromUnicode_[*p++];
+                if (byte < 0)
+                    return std::nullopt;
+                *out++ = uchar(byte);
+            } while (p < end && *p >= 0x80);
         }
     }
 #endif

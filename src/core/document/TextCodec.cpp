@@ -9,6 +9,10 @@
 
 #include <cstring>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 namespace mirtex::TextCodec {
 
 namespace {
@@ -235,18 +239,36 @@ QString normalizeLineEndings(QString text)
     if (first < 0)
         return text;
     // One pass in place: a CR before an LF is dropped, any other CR becomes LF. This equals
-    // replacing every CR LF and then every remaining CR.
+    // replacing every CR LF and then every remaining CR. Writing never overtakes reading.
     const qsizetype size = text.size();
     char16_t *data = reinterpret_cast<char16_t *>(text.data());
+    qsizetype read = first;
     qsizetype written = first;
-    for (qsizetype read = first; read < size; ++read) {
-        const char16_t unit = data[read];
-        if (unit != u'\r') {
-            data[written++] = unit;
-        } else if (read + 1 >= size || data[read + 1] != u'\n') {
-            data[written++] = u'\n';
+    const auto compactUntil = [&](qsizetype until) {
+        for (; read < until; ++read) {
+            const char16_t unit = data[read];
+            if (unit != u'\r')
+                data[written++] = unit;
+            else if (read + 1 >= size || data[read + 1] != u'\n')
+                data[written++] = u'\n';
+        }
+    };
+#if defined(__SSE2__)
+    // Blocks without CR move as a whole; the block is loaded before the store, and the store
+    // lands at or before the load, so no unread unit is overwritten.
+    const __m128i carriageReturn = _mm_set1_epi16(u'\r');
+    while (size - read >= 8) {
+        const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i *>(data + read));
+        if (_mm_movemask_epi8(_mm_cmpeq_epi16(block, carriageReturn)) == 0) {
+            _mm_storeu_si128(reinterpret_cast<__m128i *>(data + written), block);
+            read += 8;
+            written += 8;
+        } else {
+            compactUntil(read + 8);
         }
     }
+#endif
+    compactUntil(size);
     text.truncate(written);
     return text;
 }
