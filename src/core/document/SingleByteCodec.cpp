@@ -66,14 +66,14 @@ std::shared_ptr<const SingleByteCodec> SingleByteCodec::forConverter(const char 
     if (auto found = cache.constFind(key); found != cache.constEnd())
         return *found;
     std::shared_ptr<SingleByteCodec> codec(new SingleByteCodec(converterName));
-    if (!codec->valid_)
-        codec.reset();
     // Windows-1252 as published leaves these five bytes undefined; ICU maps them to C1 controls,
     // which would let any binary-ish Latin file pass as Windows-1252.
-    else if (qstricmp(converterName, "windows-1252") == 0) {
+    if (qstricmp(converterName, "windows-1252") == 0) {
         for (const uchar hole : {0x81, 0x8D, 0x8F, 0x90, 0x9D})
             codec->undefine(hole);
     }
+    if (!codec->valid_)
+        codec.reset();
     cache.insert(key, codec);
     return codec;
 }
