@@ -11,8 +11,8 @@ namespace mirtex {
 namespace {
 namespace cs = CharacterSet;
 
-// Converter names are chosen so that ICU resolves them without ambiguity to the Windows, ISO, DOS
-// or Mac tables the names promise; they double as the fallback display names.
+// Converter names are IANA-style names that ICU resolves (case-insensitively) to the Windows, ISO,
+// DOS or Mac table they promise; they double as the display names of sets without a table name.
 constexpr std::array kCharacterSets = {
     CharacterSetInfo{cs::utf8, "UTF-8", nullptr},
     CharacterSetInfo{cs::utf16LE, "UTF-16LE", QT_TRANSLATE_NOOP("TextEncoding", "UTF-16 LE")},
@@ -46,23 +46,23 @@ constexpr std::array kCharacterSets = {
     CharacterSetInfo{cs::dosRussian, "IBM866", nullptr},
     CharacterSetInfo{cs::isoGreek, "ISO-8859-7", nullptr},
     CharacterSetInfo{cs::isoLatin5, "ISO-8859-9", nullptr},
-    CharacterSetInfo{cs::windows1257, "windows-1257", nullptr},
+    CharacterSetInfo{cs::windows1257, "Windows-1257", nullptr},
     CharacterSetInfo{cs::isoLatin4, "ISO-8859-4", nullptr},
-    CharacterSetInfo{cs::windows1255, "windows-1255", nullptr},
+    CharacterSetInfo{cs::windows1255, "Windows-1255", nullptr},
     CharacterSetInfo{cs::isoHebrew, "ISO-8859-8", nullptr},
-    CharacterSetInfo{cs::windows1256, "windows-1256", nullptr},
+    CharacterSetInfo{cs::windows1256, "Windows-1256", nullptr},
     CharacterSetInfo{cs::isoArabic, "ISO-8859-6", nullptr},
     CharacterSetInfo{cs::gb18030, "GB18030", nullptr},
     CharacterSetInfo{cs::big5, "Big5", nullptr},
     CharacterSetInfo{cs::eucKR, "EUC-KR", nullptr},
-    CharacterSetInfo{cs::dosThai, "windows-874", nullptr},
+    CharacterSetInfo{cs::dosThai, "Windows-874", nullptr},
     // Not in the menus, but files and sessions written elsewhere may name them.
     CharacterSetInfo{1, "US-ASCII", nullptr},
     CharacterSetInfo{cs::fromPlatformCode(515), "ISO-8859-3", nullptr},
     CharacterSetInfo{cs::fromPlatformCode(522), "ISO-8859-10", nullptr},
     CharacterSetInfo{cs::fromPlatformCode(525), "ISO-8859-13", nullptr},
     CharacterSetInfo{cs::fromPlatformCode(526), "ISO-8859-14", nullptr},
-    CharacterSetInfo{cs::fromPlatformCode(1288), "windows-1258", nullptr},
+    CharacterSetInfo{cs::fromPlatformCode(1288), "Windows-1258", nullptr},
 };
 } // namespace
 

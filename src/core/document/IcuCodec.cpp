@@ -1,5 +1,7 @@
 #include "core/document/IcuCodec.h"
 
+#include "core/document/HugePageHint.h"
+
 #include <unicode/ucnv.h>
 
 #include <memory>
@@ -40,6 +42,7 @@ std::optional<QString> decode(QByteArrayView bytes, const char *converterName)
     // Every set here needs at least one byte per UTF-16 unit; the loop grows the buffer anyway
     // in case a converter does not.
     QString text(bytes.size() + 16, Qt::Uninitialized);
+    adviseHugePages(text.data(), size_t(text.size()) * sizeof(QChar));
     const char *source = bytes.data();
     const char *const sourceEnd = source + bytes.size();
     qsizetype written = 0;
@@ -75,6 +78,7 @@ std::optional<QByteArray> encode(QStringView text, const char *converterName)
         return std::nullopt;
     // Room for the worst case up front, plus slack for a stateful set's closing shift sequence.
     QByteArray bytes(text.size() * ucnv_getMaxCharSize(converter.get()) + 16, Qt::Uninitialized);
+    adviseHugePages(bytes.data(), size_t(bytes.size()));
     const UChar *source = reinterpret_cast<const UChar *>(text.utf16());
     const UChar *const sourceEnd = source + text.size();
     qsizetype written = 0;

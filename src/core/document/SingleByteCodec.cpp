@@ -1,5 +1,7 @@
 #include "core/document/SingleByteCodec.h"
 
+#include "core/document/HugePageHint.h"
+
 #include <QHash>
 #include <QMutex>
 
@@ -64,14 +66,14 @@ std::shared_ptr<const SingleByteCodec> SingleByteCodec::forConverter(const char 
     if (auto found = cache.constFind(key); found != cache.constEnd())
         return *found;
     std::shared_ptr<SingleByteCodec> codec(new SingleByteCodec(converterName));
-    if (!codec->valid_)
-        codec.reset();
     // Windows-1252 as published leaves these five bytes undefined; ICU maps them to C1 controls,
     // which would let any binary-ish Latin file pass as Windows-1252.
-    else if (qstricmp(converterName, "windows-1252") == 0) {
+    if (qstricmp(converterName, "windows-1252") == 0) {
         for (const uchar hole : {0x81, 0x8D, 0x8F, 0x90, 0x9D})
             codec->undefine(hole);
     }
+    if (!codec->valid_)
+        codec.reset();
     cache.insert(key, codec);
     return codec;
 }
@@ -79,37 +81,22 @@ std::shared_ptr<const SingleByteCodec> SingleByteCodec::forConverter(const char 
 std::optional<QString> SingleByteCodec::decode(QByteArrayView bytes) const
 {
     QString text(bytes.size(), Qt::Uninitialized);
-    const auto *p = reinterpret_cast<const uchar *>(bytes.data());
-    const uchar *const end = p + bytes.size();
+    adviseHugePages(text.data(), size_t(text.size()) * sizeof(QChar));
+    const auto *in = reinterpret_cast<const uchar *>(bytes.data());
     auto *out = reinterpret_cast<char16_t *>(text.data());
-#if defined(__SSE2__)
-    if (asciiCompatible_) {
-        const __m128i zero = _mm_setzero_si128();
-        while (end - p >= 16) {
-            const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i *>(p));
-            if (_mm_movemask_epi8(block) != 0) {
-                // Mixed block: the table handles it one byte at a time.
-                for (int i = 0; i < 16; ++i) {
-                    const char16_t unit = toUnicode_[p[i]];
-                    if (unit == kUndefined)
-                        return std::nullopt;
-                    out[i] = unit;
-                }
-            } else {
-                _mm_storeu_si128(reinterpret_cast<__m128i *>(out), _mm_unpacklo_epi8(block, zero));
-                _mm_storeu_si128(reinterpret_cast<__m128i *>(out + 8),
-                                 _mm_unpackhi_epi8(block, zero));
-            }
-            p += 16;
-            out += 16;
+    // A plain lookup per byte with the undefined check folded into a flag tested once per chunk:
+    // in Latin text a high byte comes every few bytes, so branching on ASCII runs does not pay.
+    constexpr qsizetype kChunk = 256;
+    for (qsizetype start = 0; start < bytes.size(); start += kChunk) {
+        const qsizetype chunkEnd = std::min(bytes.size(), start + kChunk);
+        bool undefined = false;
+        for (qsizetype i = start; i < chunkEnd; ++i) {
+            const char16_t unit = toUnicode_[in[i]];
+            undefined |= unit == kUndefined;
+            out[i] = unit;
         }
-    }
-#endif
-    for (; p < end; ++p) {
-        const char16_t unit = toUnicode_[*p];
-        if (unit == kUndefined)
+        if (undefined)
             return std::nullopt;
-        *out++ = unit;
     }
     return text;
 }
@@ -117,6 +104,7 @@ std::optional<QString> SingleByteCodec::decode(QByteArrayView bytes) const
 std::optional<QByteArray> SingleByteCodec::encode(QStringView text) const
 {
     QByteArray bytes(text.size(), Qt::Uninitialized);
+    adviseHugePages(bytes.data(), size_t(bytes.size()));
     const char16_t *p = text.utf16();
     const char16_t *const end = p + text.size();
     auto *out = reinterpret_cast<uchar *>(bytes.data());
@@ -127,19 +115,26 @@ std::optional<QByteArray> SingleByteCodec::encode(QStringView text) const
         while (end - p >= 16) {
             const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i *>(p));
             const __m128i high = _mm_loadu_si128(reinterpret_cast<const __m128i *>(p + 8));
-            const __m128i wide = _mm_and_si128(_mm_or_si128(low, high), asciiMask);
-            if (_mm_movemask_epi8(_mm_cmpeq_epi16(wide, zero)) == 0xFFFF) {
-                _mm_storeu_si128(reinterpret_cast<__m128i *>(out), _mm_packus_epi16(low, high));
-            } else {
-                for (int i = 0; i < 16; ++i) {
-                    const qint16 byte = fromUnicode_[p[i]];
-                    if (byte < 0)
-                        return std::nullopt;
-                    out[i] = uchar(byte);
-                }
+            // packus saturates, so non-ASCII units land as some byte that is fixed up below.
+            _mm_storeu_si128(reinterpret_cast<__m128i *>(out), _mm_packus_epi16(low, high));
+            const __m128i asciiLow = _mm_cmpeq_epi16(_mm_and_si128(low, asciiMask), zero);
+            const __m128i asciiHigh = _mm_cmpeq_epi16(_mm_and_si128(high, asciiMask), zero);
+            const uint wideUnits
+                = ~uint(_mm_movemask_epi8(_mm_packs_epi16(asciiLow, asciiHigh))) & 0xFFFF;
+            if (wideUnits == 0) {
+                p += 16;
+                out += 16;
+                continue;
             }
-            p += 16;
-            out += 16;
+            const int prefix = __builtin_ctz(wideUnits);
+            p += prefix;
+            out += prefix;
+            do {
+                const qint16 byte = fromUnicode_[*p++];
+                if (byte < 0)
+                    return std::nullopt;
+                *out++ = uchar(byte);
+            } while (p < end && *p >= 0x80);
         }
     }
 #endif

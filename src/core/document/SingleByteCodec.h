@@ -28,17 +28,17 @@ public:
     // Strict: a character without a byte of its own gives nothing (no best-fit substitutes).
     std::optional<QByteArray> encode(QStringView text) const;
 
-    // Marks `byte` undefined in both directions, for sets whose ICU table is more generous than
-    // the character set's definition (Windows-1252's five holes).
-    void undefine(uchar byte);
-
 private:
     static constexpr char16_t kUndefined = 0xFFFF;
 
     explicit SingleByteCodec(const char *converterName);
 
+    // Marks `byte` undefined in both directions, for sets whose ICU table is more generous than
+    // the character set's definition (Windows-1252's five holes). Only before sharing.
+    void undefine(uchar byte);
+
     bool valid_ = false;
-    // Bytes 00..7F map to themselves, which enables the 16-byte ASCII path.
+    // Bytes 00..7F map to themselves, which enables the 16-unit ASCII path of encode().
     bool asciiCompatible_ = false;
     std::array<char16_t, 256> toUnicode_{};
     // Indexed by UTF-16 code unit: the byte, or -1. Derived from toUnicode_ so that encoding is

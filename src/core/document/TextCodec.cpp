@@ -1,12 +1,17 @@
 #include "core/document/TextCodec.h"
 
 #include "core/document/CharacterSetTable.h"
+#include "core/document/HugePageHint.h"
 #include "core/document/IcuCodec.h"
 #include "core/document/SingleByteCodec.h"
 #include "core/document/Utf8Codec.h"
 #include "core/document/WideUnicodeCodec.h"
 
 #include <cstring>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 namespace mirtex::TextCodec {
 
@@ -16,7 +21,7 @@ using WideUnicodeCodec::ByteOrder;
 constexpr qsizetype kUtf16SniffLength = 4096;
 constexpr qsizetype kBinarySniffLength = 8000;
 
-// Whether a decoded text may hold a CR: `false` only when the decoder saw none, which lets
+// What the decoder learnt about CRs on the way: `absent` (only the UTF-8 path knows it) lets
 // decode() skip the normalisation scan.
 enum class CarriageReturns {
     unknown,
@@ -32,11 +37,13 @@ bool startsWith(QByteArrayView data, const char *prefix, qsizetype length)
 std::optional<QString>
 decodeIn(quint64 characterSet, QByteArrayView bytes, CarriageReturns *carriageReturns = nullptr)
 {
+    if (carriageReturns)
+        *carriageReturns = CarriageReturns::unknown;
     switch (characterSet) {
     case CharacterSet::utf8: {
         bool containsCR = true;
         std::optional<QString> text = Utf8Codec::decode(bytes, &containsCR);
-        if (carriageReturns)
+        if (text && carriageReturns)
             *carriageReturns = containsCR ? CarriageReturns::present : CarriageReturns::absent;
         return text;
     }
@@ -151,6 +158,7 @@ QString expandLineBreaks(QStringView text, QStringView lineBreak)
     if (breaks == 0)
         return text.toString();
     QString expanded(text.size() + breaks * (lineBreak.size() - 1), Qt::Uninitialized);
+    adviseHugePages(expanded.data(), size_t(expanded.size()) * sizeof(QChar));
     QChar *out = expanded.data();
     qsizetype from = 0;
     for (qsizetype at = text.indexOf(u'\n'); at >= 0; at = text.indexOf(u'\n', from)) {
@@ -231,18 +239,36 @@ QString normalizeLineEndings(QString text)
     if (first < 0)
         return text;
     // One pass in place: a CR before an LF is dropped, any other CR becomes LF. This equals
-    // replacing every CR LF and then every remaining CR.
+    // replacing every CR LF and then every remaining CR. Writing never overtakes reading.
     const qsizetype size = text.size();
     char16_t *data = reinterpret_cast<char16_t *>(text.data());
+    qsizetype read = first;
     qsizetype written = first;
-    for (qsizetype read = first; read < size; ++read) {
-        const char16_t unit = data[read];
-        if (unit != u'\r') {
-            data[written++] = unit;
-        } else if (read + 1 >= size || data[read + 1] != u'\n') {
-            data[written++] = u'\n';
+    const auto compactUntil = [&](qsizetype until) {
+        for (; read < until; ++read) {
+            const char16_t unit = data[read];
+            if (unit != u'\r')
+                data[written++] = unit;
+            else if (read + 1 >= size || data[read + 1] != u'\n')
+                data[written++] = u'\n';
+        }
+    };
+#if defined(__SSE2__)
+    // Blocks without CR move as a whole; the block is loaded before the store, and the store
+    // lands at or before the load, so no unread unit is overwritten.
+    const __m128i carriageReturn = _mm_set1_epi16(u'\r');
+    while (size - read >= 8) {
+        const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i *>(data + read));
+        if (_mm_movemask_epi8(_mm_cmpeq_epi16(block, carriageReturn)) == 0) {
+            _mm_storeu_si128(reinterpret_cast<__m128i *>(data + written), block);
+            read += 8;
+            written += 8;
+        } else {
+            compactUntil(read + 8);
         }
     }
+#endif
+    compactUntil(size);
     text.truncate(written);
     return text;
 }
@@ -257,9 +283,14 @@ std::optional<QByteArray> encode(QStringView text, TextEncoding encoding, LineEn
     if (!bytes)
         return std::nullopt;
     const QByteArray mark = encoding.bomBytes();
-    if (!mark.isEmpty())
-        bytes->prepend(mark);
-    return bytes;
+    if (mark.isEmpty())
+        return bytes;
+    // Not prepend(): that would reallocate without the huge-page hint.
+    QByteArray marked(mark.size() + bytes->size(), Qt::Uninitialized);
+    adviseHugePages(marked.data(), size_t(marked.size()));
+    std::memcpy(marked.data(), mark.constData(), size_t(mark.size()));
+    std::memcpy(marked.data() + mark.size(), bytes->constData(), size_t(bytes->size()));
+    return marked;
 }
 
 } // namespace mirtex::TextCodec

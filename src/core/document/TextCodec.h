@@ -22,12 +22,16 @@ struct Decoded
     QString text; // every line break is a single LF
     TextEncoding encoding;
     LineEnding lineEnding;
+
+    friend bool operator==(const Decoded &, const Decoded &) = default;
 };
 
 struct DecodedText
 {
     QString text; // line breaks as in the file; never starts with the byte-order mark it had
     TextEncoding encoding;
+
+    friend bool operator==(const DecodedText &, const DecodedText &) = default;
 };
 
 // Decodes `data` (detecting the encoding unless `forced`), detects the line ending from the first

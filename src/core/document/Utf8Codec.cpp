@@ -1,5 +1,7 @@
 #include "core/document/Utf8Codec.h"
 
+#include "core/document/HugePageHint.h"
+
 #if defined(__SSE2__)
 #include <emmintrin.h>
 #endif
@@ -66,6 +68,7 @@ std::optional<QString> decode(QByteArrayView bytes, bool *containsCR)
     // UTF-16 never needs more code units than UTF-8 has bytes, so the output position never
     // overtakes the input position: a 16-unit store is safe whenever 16 input bytes remain.
     QString text(bytes.size(), Qt::Uninitialized);
+    adviseHugePages(text.data(), size_t(text.size()) * sizeof(QChar));
     const auto *p = reinterpret_cast<const uchar *>(bytes.data());
     const uchar *const end = p + bytes.size();
     auto *const outBegin = reinterpret_cast<char16_t *>(text.data());
@@ -126,6 +129,7 @@ std::optional<QString> decode(QByteArrayView bytes, bool *containsCR)
 std::optional<QByteArray> encode(QStringView text)
 {
     QByteArray bytes(encodedLength(text), Qt::Uninitialized);
+    adviseHugePages(bytes.data(), size_t(bytes.size()));
     const char16_t *p = text.utf16();
     const char16_t *const end = p + text.size();
     auto *out = reinterpret_cast<uchar *>(bytes.data());

@@ -1,5 +1,7 @@
 #include "core/document/WideUnicodeCodec.h"
 
+#include "core/document/HugePageHint.h"
+
 #include <QtEndian>
 
 namespace mirtex::WideUnicodeCodec {
@@ -60,6 +62,7 @@ std::optional<QString> decodeUtf16(QByteArrayView bytes, ByteOrder order)
     if (bytes.size() % 2 != 0)
         return std::nullopt;
     QString text(bytes.size() / 2, Qt::Uninitialized);
+    adviseHugePages(text.data(), size_t(text.size()) * sizeof(QChar));
     if (order == ByteOrder::littleEndian)
         qFromLittleEndian<char16_t>(bytes.data(), text.size(), text.data());
     else
@@ -73,20 +76,24 @@ std::optional<QString> decodeUtf32(QByteArrayView bytes, ByteOrder order)
 {
     if (bytes.size() % 4 != 0)
         return std::nullopt;
-    QString text;
-    text.reserve(bytes.size() / 4);
+    // At most two UTF-16 units per code point; shrunk at the end.
+    QString text(bytes.size() / 2, Qt::Uninitialized);
+    adviseHugePages(text.data(), size_t(text.size()) * sizeof(QChar));
+    auto *out = reinterpret_cast<char16_t *>(text.data());
     const auto *p = reinterpret_cast<const uchar *>(bytes.data());
     for (qsizetype i = 0; i < bytes.size(); i += 4) {
         const char32_t code = loadUtf32(p + i, order);
         if (code > 0x10FFFF || isSurrogate(code))
             return std::nullopt;
         if (code < 0x10000) {
-            text.append(QChar(char16_t(code)));
+            *out++ = char16_t(code);
         } else {
-            const char16_t pair[2] = {QChar::highSurrogate(code), QChar::lowSurrogate(code)};
-            text.append(reinterpret_cast<const QChar *>(pair), 2);
+            *out++ = QChar::highSurrogate(code);
+            *out++ = QChar::lowSurrogate(code);
         }
     }
+    text.truncate(out - reinterpret_cast<char16_t *>(text.data()));
+    text.squeeze();
     return text;
 }
 
@@ -95,6 +102,7 @@ std::optional<QByteArray> encodeUtf16(QStringView text, ByteOrder order)
     if (!hasPairedSurrogates(text))
         return std::nullopt;
     QByteArray bytes(text.size() * 2, Qt::Uninitialized);
+    adviseHugePages(bytes.data(), size_t(bytes.size()));
     if (order == ByteOrder::littleEndian)
         qToLittleEndian<char16_t>(text.utf16(), text.size(), bytes.data());
     else
