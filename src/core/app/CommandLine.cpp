@@ -78,6 +78,8 @@ CommandLine CommandLine::parse(const QStringList &arguments, const QString &work
                 if (v != QLatin1String("side") && v != QLatin1String("stacked"))
                     return fail(QStringLiteral("bad --split %1 (side or stacked)").arg(v));
                 result.snapshot.split = v;
+            } else if (arg == QLatin1String("--select-word")) {
+                result.snapshot.selectWord = v;
             } else if (arg == QLatin1String("--sidebar")) {
                 result.snapshot.sidebarFolder = absolute(v, workingDir);
             } else {

@@ -18,6 +18,7 @@ struct SnapshotRequest
     std::optional<int> tab;   // 0-based tab to select
     QString split;            // "", "side" or "stacked"
     QString sidebarFolder;    // empty: no sidebar
+    QString selectWord;       // selects the first whole occurrence in the shown tab
     bool dark = false;
 };
 

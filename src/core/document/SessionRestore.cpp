@@ -1,6 +1,8 @@
 // Pure parts of restoring a session.
 #include "core/document/SessionRestore.h"
 
+#include "core/document/FileNaming.h"
+
 #include <QCoreApplication>
 
 #include <algorithm>
@@ -50,16 +52,6 @@ std::optional<qsizetype> clampSelected(qsizetype selected, qsizetype tabCount)
     return std::clamp<qsizetype>(selected, 0, tabCount - 1);
 }
 
-QString nextUntitledName(const QStringList &namesInUse)
-{
-    const QString base = QCoreApplication::translate("Document", "nuovo");
-    for (qsizetype number = 1;; ++number) {
-        QString name = base + u' ' + QString::number(number);
-        if (!namesInUse.contains(name))
-            return name;
-    }
-}
-
 void nameUntitledEntries(QList<SessionState::Entry> &entries)
 {
     QStringList inUse;
@@ -70,7 +62,7 @@ void nameUntitledEntries(QList<SessionState::Entry> &entries)
     for (SessionState::Entry &entry : entries) {
         if (entry.path || entry.untitledName)
             continue;
-        entry.untitledName = nextUntitledName(inUse);
+        entry.untitledName = mirtex::nextUntitledName(inUse);
         inUse.append(*entry.untitledName);
     }
 }

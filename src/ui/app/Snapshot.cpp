@@ -4,6 +4,7 @@
 #include "core/app/Preferences.h"
 #include "ui/app/AppearanceController.h"
 #include "ui/app/MainMenu.h"
+#include "ui/document/DocumentTab.h"
 #include "ui/document/MainWindow.h"
 
 #include <QApplication>
@@ -49,12 +50,19 @@ int Snapshot::run(const SnapshotRequest &request)
         window.setSplit(Qt::Horizontal);
     else if (request.split == QLatin1String("stacked"))
         window.setSplit(Qt::Vertical);
+    if (!request.selectWord.isEmpty()) {
+        if (auto *tab = window.currentDocument()) {
+            const qsizetype at = tab->editor()->text().indexOf(request.selectWord);
+            if (at >= 0)
+                tab->editor()->setSelection({at, request.selectWord.size()});
+        }
+    }
     if (!request.sidebarFolder.isEmpty())
         window.openWorkspace(request.sidebarFolder);
 
     window.show();
     // Let layouts settle and the file tree list its folder before the picture is taken.
-    for (int i = 0; i < 20; ++i) {
+    for (int i = 0; i < 40; ++i) {
         QApplication::processEvents(QEventLoop::AllEvents, 25);
         QThread::msleep(10);
     }

@@ -1,6 +1,7 @@
 #include "ui/editor/EditorView.h"
 
 #include "core/app/Preferences.h"
+#include "ui/editor/EditorAnnotations.h"
 #include "ui/editor/EditorPane.h"
 #include "ui/editor/TextPositions.h"
 
@@ -31,6 +32,8 @@ EditorView::EditorView(Preferences &prefs, QWidget *parent)
             [this](int position, int type, const char *, int length, int, int, int, int, int, int) {
                 onModified(position, type, length);
             });
+    m_annotations = new EditorAnnotations(*this, prefs);
+    m_annotations->configurePane(m_primary);
     applyPreferences();
 }
 
@@ -116,6 +119,7 @@ void EditorView::setSplit(std::optional<Qt::Orientation> orientation)
     m_secondary->setDocument(m_primary->document());
     m_secondary->applyPreferences(m_prefs);
     m_secondary->applyColors(m_colors);
+    m_annotations->configurePane(m_secondary);
     m_secondary->setReadOnly(!m_editable);
     m_secondary->SendScintilla(Sci::SCI_SETMODEVENTMASK, 0L); // edits are reported by the first pane
     const int half = std::max(1, (orientation == Qt::Horizontal ? width() : height()) / 2);
@@ -143,6 +147,11 @@ void EditorView::setSelection(TextRange range)
     const qsizetype from = std::clamp<qsizetype>(range.location, 0, length);
     const qsizetype to = std::clamp<qsizetype>(range.end(), from, length);
     m_active->SendScintilla(Sci::SCI_SETSEL, long(m_positions->toByte(from)), long(m_positions->toByte(to)));
+}
+
+qsizetype EditorView::caretOffset() const
+{
+    return m_positions->toUtf16(m_active->SendScintilla(Sci::SCI_GETCURRENTPOS));
 }
 
 qsizetype EditorView::selectionLength() const
@@ -192,6 +201,7 @@ void EditorView::applyColors(const EditorColors &colors)
     m_primary->applyColors(colors);
     if (m_secondary)
         m_secondary->applyColors(colors);
+    m_annotations->applyColors(colors);
 }
 
 QString EditorView::text() const
@@ -230,6 +240,7 @@ void EditorView::replaceText(const QByteArray &utf8)
     m_primary->SendScintilla(Sci::SCI_APPENDTEXT, static_cast<unsigned long>(utf8.size()), utf8.constData());
     m_primary->endUndoAction();
     m_primary->setReadOnly(wasReadOnly);
+    m_annotations->textReplaced();
 }
 
 void EditorView::setEditable(bool editable)

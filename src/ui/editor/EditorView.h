@@ -16,6 +16,7 @@ class QSplitter;
 
 namespace mirtex {
 
+class EditorAnnotations;
 class EditorPane;
 class Preferences;
 class TextPositions;
@@ -41,11 +42,13 @@ public:
     std::optional<Qt::Orientation> split() const;
 
     const TextPositions &positions() const { return *m_positions; }
+    EditorAnnotations &annotations() const { return *m_annotations; }
 
     // The active pane's main selection and caret, in UTF-16 units.
     TextRange selection() const;
     void setSelection(TextRange range);
     qsizetype selectionLength() const;
+    qsizetype caretOffset() const; // UTF-16
     int caretLineNumber() const;   // from 1
     int caretColumnNumber() const; // from 1, in UTF-16 units
     int firstVisibleLine() const;
@@ -81,6 +84,7 @@ private:
     EditorPane *m_secondary = nullptr;
     EditorPane *m_active;
     std::unique_ptr<TextPositions> m_positions;
+    EditorAnnotations *m_annotations = nullptr;
     EditorColors m_colors;
     bool m_loading = false;
     bool m_editable = true;

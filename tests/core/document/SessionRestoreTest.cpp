@@ -1,3 +1,4 @@
+#include "core/document/FileNaming.h"
 #include "core/document/SessionRestore.h"
 
 #include <gtest/gtest.h>
@@ -36,8 +37,8 @@ TEST(SessionRestoreTest, ClampsWhatNoLongerFitsTheText)
 
 TEST(SessionRestoreTest, NamesUntitledEntriesAfterTheNamesInUse)
 {
-    EXPECT_EQ(nextUntitledName({}), u"nuovo 1");
-    EXPECT_EQ(nextUntitledName({"nuovo 1", "nuovo 3"}), u"nuovo 2");
+    EXPECT_EQ(mirtex::nextUntitledName({}), u"nuovo 1");
+    EXPECT_EQ(mirtex::nextUntitledName({"nuovo 1", "nuovo 3"}), u"nuovo 2");
 
     QList<SessionState::Entry> entries(4);
     entries[0].untitledName = QStringLiteral("nuovo 1");
