@@ -2,12 +2,14 @@
 // instance that is already running, unless --new-instance).
 #include "core/app/CommandLine.h"
 #include "core/app/Preferences.h"
+#include "core/app/TerminationSignals.h"
 #include "ui/app/AppDelegate.h"
 #include "ui/app/AppearanceController.h"
 #include "ui/app/MainMenu.h"
 #include "ui/app/SelfTest.h"
 #include "ui/app/SingleInstance.h"
 #include "ui/app/Snapshot.h"
+#include "ui/app/WindowSession.h"
 #include "ui/document/MainWindow.h"
 
 #include <QApplication>
@@ -47,7 +49,15 @@ int main(int argc, char **argv)
         return 0;
 
     Preferences prefs;
-    AppDelegate delegate(prefs, nullptr);
+    AppDelegate delegate(prefs, std::make_unique<WindowSession>(prefs));
+
+    // Logout, shutdown, kill, Ctrl+C: keep every tab as a quit with the session on would.
+    TerminationSignals terminationSignals;
+    QObject::connect(&terminationSignals, &TerminationSignals::received, &delegate, [&delegate]() {
+        delegate.writeSessionIfRemembered();
+        delegate.willTerminate();
+        QCoreApplication::quit();
+    });
     SingleInstance instance;
     if (!command.newInstance)
         instance.listen();

@@ -20,14 +20,16 @@ class DocumentTab : public QObject
     Q_OBJECT
 
 public:
-    // Creates the editor (a widget the tab bar will own) with `utf8` as its initial text.
+    // Creates the editor (a widget the tab bar will own) with `utf8` as its initial text;
+    // `savedUtf8`, when given, is the text on disk (a session backup may differ from it).
     DocumentTab(Preferences &prefs,
                 const QByteArray &utf8,
                 std::optional<QString> path,
                 TextEncoding encoding,
                 LineEnding lineEnding,
                 const QString &untitledName,
-                QUuid id = QUuid::createUuid());
+                QUuid id = QUuid::createUuid(),
+                std::optional<QByteArray> savedUtf8 = std::nullopt);
     ~DocumentTab() override;
 
     Document &document() { return *m_document; }

@@ -168,16 +168,8 @@ DocumentTab *MainWindow::openPath(const QString &path, std::optional<TextEncodin
         selectDocument(existing);
         return existing;
     }
-    const qint64 size = QFileInfo(canonical).size();
-    if (size > kLargeFileBytes) {
-        const int answer = Alerts::instance().ask(
-            this,
-            tr("“%1” è molto grande (%2).").arg(info.fileName(), formatFileSize(size)),
-            tr("Aprirlo può richiedere tempo e molta memoria."),
-            {tr("Apri comunque"), tr("Annulla")});
-        if (answer != 0)
-            return nullptr;
-    }
+    if (!confirmLargeFile(canonical))
+        return nullptr;
     auto loaded = Document::read(canonical, forced, lineEndingFromPreference(m_prefs.defaultLineEndingID()));
     if (!loaded) {
         Alerts::instance().inform(this, loaded.error().description());
@@ -190,6 +182,19 @@ DocumentTab *MainWindow::openPath(const QString &path, std::optional<TextEncodin
     tab->document().setReadOnly(loaded->readOnly);
     addDocument(tab);
     return tab;
+}
+
+bool MainWindow::confirmLargeFile(const QString &path)
+{
+    const qint64 size = QFileInfo(path).size();
+    if (size <= kLargeFileBytes)
+        return true;
+    const int answer = Alerts::instance().ask(
+        this,
+        tr("“%1” è molto grande (%2).").arg(QFileInfo(path).fileName(), formatFileSize(size)),
+        tr("Aprirlo può richiedere tempo e molta memoria."),
+        {tr("Apri comunque"), tr("Annulla")});
+    return answer == 0;
 }
 
 QString MainWindow::nextUntitledName() const

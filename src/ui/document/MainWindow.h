@@ -48,6 +48,9 @@ public:
     // Opens one file; a file already open is selected instead. Nothing when refused or failed.
     DocumentTab *openPath(const QString &path, std::optional<TextEncoding> forced = std::nullopt);
 
+    // The large-file question for files above the threshold: true when the file may be opened.
+    bool confirmLargeFile(const QString &path);
+
     // A new untitled document with the default encoding and line ending.
     DocumentTab *newDocument(const QString &text = {});
     // Adds a prepared tab (session restore) and selects it.

@@ -1,0 +1,140 @@
+#include "ui/app/WindowSession.h"
+
+#include "core/app/Preferences.h"
+#include "core/document/SessionRestore.h"
+#include "ui/document/DocumentTab.h"
+#include "ui/document/MainWindow.h"
+#include "ui/editor/EditorAnnotations.h"
+#include "ui/editor/EditorView.h"
+
+#include <QFileInfo>
+
+namespace mirtex {
+
+WindowSession::WindowSession(Preferences &prefs, const QString &folder)
+    : m_prefs(prefs)
+    , m_store(folder)
+{
+}
+
+void WindowSession::write(MainWindow &window)
+{
+    const QList<DocumentTab *> tabs = window.documents();
+    QList<SessionDocument> documents;
+    documents.reserve(tabs.size());
+    for (DocumentTab *tab : tabs) {
+        const Document &doc = tab->document();
+        EditorView *editor = tab->editor();
+        SessionDocument item;
+        SessionState::Entry &entry = item.entry;
+        entry.id = doc.id().toString(QUuid::WithoutBraces);
+        entry.path = doc.path();
+        if (!doc.path())
+            entry.untitledName = doc.untitledName();
+        entry.encoding = doc.encoding().id();
+        entry.lineEnding = toString(doc.lineEnding());
+        entry.language = doc.languageId();
+        entry.selection = editor->selection();
+        entry.scroll = editor->firstVisibleLine();
+        for (qsizetype line : editor->annotations().bookmarkedLines())
+            entry.bookmarks.append(line);
+        entry.readOnly = doc.isReadOnly();
+        if (const auto split = editor->split())
+            entry.split = *split == Qt::Horizontal ? QStringLiteral("side") : QStringLiteral("stacked");
+        item.needsBackup = doc.isDirty() || (!doc.path() && editor->textLength() > 0);
+        item.changeCount = doc.changeCount();
+        item.backedUpChangeCount = doc.backedUpChangeCount();
+        item.text = [editor]() { return editor->text(); };
+        documents.append(std::move(item));
+    }
+    const SessionWriteResult result = m_store.write(documents, window.currentIndex(),
+                                                    window.workspaceFolders(), window.isSidebarVisible());
+    // Only backups really written count; a failed write is tried again at the next tick.
+    for (DocumentTab *tab : tabs) {
+        const auto written = result.backedUpChangeCounts.find(tab->document().id().toString(QUuid::WithoutBraces));
+        if (written != result.backedUpChangeCounts.end())
+            tab->document().setBackedUpChangeCount(*written);
+    }
+}
+
+void WindowSession::remove()
+{
+    m_store.removeSessionFile();
+}
+
+bool WindowSession::restore(MainWindow &window)
+{
+    auto state = m_store.load();
+    if (!state)
+        return false;
+    SessionRestore::nameUntitledEntries(state->entries);
+    int opened = 0;
+    for (const SessionState::Entry &entry : std::as_const(state->entries)) {
+        if (restoreEntry(window, entry))
+            ++opened;
+    }
+    if (const auto selected = SessionRestore::clampSelected(state->selected, window.documents().size()))
+        window.selectIndex(int(*selected));
+    for (const QString &folder : std::as_const(state->workspace)) {
+        if (QFileInfo(folder).isDir())
+            window.openWorkspace(folder);
+    }
+    window.setSidebarVisible(state->sidebarVisible && !window.workspaceFolders().isEmpty());
+    return opened > 0;
+}
+
+bool WindowSession::restoreEntry(MainWindow &window, const SessionState::Entry &entry)
+{
+    const LineEnding fallbackEnding = lineEndingFromPreference(m_prefs.defaultLineEndingID());
+    const TextEncoding encoding = TextEncoding::fromId(entry.encoding).value_or(TextEncoding::utf8());
+    const LineEnding ending = lineEndingFromString(entry.lineEnding).value_or(LineEnding::lf);
+
+    std::optional<QByteArray> backup;
+    if (entry.hasBackup) {
+        if (const auto text = m_store.readBackup(entry.id))
+            backup = text->toUtf8();
+    }
+    // The file on disk: the text itself, or what a backup is compared with.
+    std::optional<LoadedFile> disk;
+    if (entry.path && window.confirmLargeFile(*entry.path)) {
+        if (auto loaded = Document::read(*entry.path, encoding, fallbackEnding))
+            disk = std::move(*loaded);
+        else if (auto detected = Document::read(*entry.path, std::nullopt, fallbackEnding))
+            disk = std::move(*detected);
+    }
+    // An empty untitled tab has no backup; it comes back empty. A file that cannot be read and
+    // has no backup is gone.
+    if (!backup && !disk && entry.path)
+        return false;
+
+    const QUuid id = QUuid::fromString(entry.id).isNull() ? QUuid::createUuid() : QUuid::fromString(entry.id);
+    const QByteArray text = backup ? *backup : disk ? disk->utf8 : QByteArray();
+    std::optional<QByteArray> saved;
+    if (backup)
+        saved = disk ? disk->utf8 : QByteArray(); // dirty exactly when the backup differs from disk
+    auto *tab = new DocumentTab(m_prefs, text, disk ? std::optional<QString>(disk->path) : entry.path,
+                                encoding, ending, entry.untitledName.value_or(QString()), id, saved);
+    Document &doc = tab->document();
+    doc.setLanguageId(entry.language);
+    if (disk)
+        doc.setFileModificationDate(disk->modified);
+    if (backup)
+        doc.setBackedUpChangeCount(doc.changeCount()); // the backup already holds this text
+    window.addDocument(tab);
+    doc.setReadOnly(entry.readOnly || (disk && disk->readOnly && !backup));
+
+    EditorView *editor = tab->editor();
+    const qsizetype length = editor->textLength();
+    if (entry.split)
+        editor->setSplit(*entry.split == QLatin1String("stacked") ? Qt::Vertical : Qt::Horizontal);
+    editor->setSelection(SessionRestore::clampSelection(entry.selection, length));
+    editor->setFirstVisibleLine(int(entry.scroll));
+    if (!entry.bookmarks.isEmpty()) {
+        const QString whole = editor->text();
+        const auto lines = SessionRestore::bookmarksWithin(entry.bookmarks, SessionRestore::lineCountOf(whole));
+        editor->annotations().setBookmarkedLines(std::vector<qsizetype>(lines.begin(), lines.end()));
+    }
+    return true;
+}
+
+} // namespace mirtex
