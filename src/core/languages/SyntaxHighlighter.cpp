@@ -1,5 +1,6 @@
 // Tokens follow every edit at a cost bounded by the edited lines; the exact colouring of large
-// texts comes from a full pass off the main thread, dropped if an edit or a new language overtook it.
+// texts comes from a full pass off the main thread, dropped if an edit or a new language overtook
+// it.
 #include "core/languages/SyntaxHighlighter.h"
 
 #include "core/languages/Tokenizer.h"
@@ -128,7 +129,8 @@ void SyntaxHighlighter::textDidChange(TextRange editedRange, qint64 delta)
     }
     // Carry the earlier range through this edit, then take the union with the edited range.
     const TextRange previous = *m_batchRange;
-    const qint64 start = previous.location >= oldEnd ? previous.location + delta : previous.location;
+    const qint64 start
+        = previous.location >= oldEnd ? previous.location + delta : previous.location;
     const qint64 end = previous.end() >= oldEnd ? previous.end() + delta : previous.end();
     const qint64 unionStart = std::min(start, editedRange.location);
     const qint64 unionEnd = std::max(end, editedRange.end());
@@ -197,7 +199,8 @@ bool SyntaxHighlighter::canHighlight(qint64 textLength) const
 void SyntaxHighlighter::retokenizeRange(const QString &text, TextRange range)
 {
     const TextRange lines = lineRangeOf(text, range);
-    QList<Token> fresh = tokenize(*m_language, QStringView(text).sliced(lines.location, lines.length));
+    QList<Token> fresh
+        = tokenize(*m_language, QStringView(text).sliced(lines.location, lines.length));
     for (Token &token : fresh)
         token.location += lines.location;
     m_tokens.replace(lines.location, lines.end(), fresh);

@@ -1,5 +1,6 @@
 // Keeps one document's tokens in step with its text: synchronous re-tokenization of small texts,
-// local line repair plus a debounced background full pass for large ones, nothing for enormous ones.
+// local line repair plus a debounced background full pass for large ones, nothing for enormous
+// ones.
 #pragma once
 
 #include "core/editor/TextRange.h"
@@ -24,9 +25,9 @@ class SyntaxHighlighter : public QObject
 
 public:
     static constexpr qint64 kNoHighlightLimit = 8'000'000; // longer texts get no tokens
-    static constexpr qint64 kSynchronousLimit = 30'000; // re-tokenized whole on every change
-    static constexpr qint64 kFirstScreenPrefix = 30'000; // first pass of a longer text
-    static constexpr qint64 kBatchRepairLimit = 100'000; // larger batches wait for the full pass
+    static constexpr qint64 kSynchronousLimit = 30'000;    // re-tokenized whole on every change
+    static constexpr qint64 kFirstScreenPrefix = 30'000;   // first pass of a longer text
+    static constexpr qint64 kBatchRepairLimit = 100'000;   // larger batches wait for the full pass
     static constexpr qint64 kPaintMargin = 3'000; // painted beyond the visible range, each side
     static constexpr int kPassDelayAfterEditMs = 300;
 
@@ -37,6 +38,7 @@ public:
     void detach(HighlightTarget *target);
 
     const LanguagePtr &language() const { return m_language; }
+
     // Replaces the language and rehighlights; a pass in flight for the old one is dropped.
     void setLanguage(LanguagePtr language);
     void rehighlight();
@@ -48,11 +50,18 @@ public:
     void endBatch();
 
     QList<Token> tokens() const { return m_tokens.toList(); }
+
     // The tokens intersecting range, cut to it: what a target paints.
     QList<Token> tokensIn(TextRange range) const { return m_tokens.intersecting(range); }
+
     quint64 generation() const { return m_generation; }
+
     // Whether a full pass is scheduled or running and not yet installed or dropped.
     bool isPassPending() const { return m_passTimer.isActive() || m_passesInFlight > 0; }
+
+    // Whether a full pass has been handed to the background queue and not yet come back.
+    bool isPassRunning() const { return m_passesInFlight > 0; }
+
     // Called after a background pass has installed new tokens.
     void setOnTokensChanged(std::function<void()> callback);
     // Asks every live target to repaint (after a theme change, after edits).

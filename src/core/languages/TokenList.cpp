@@ -16,7 +16,8 @@ void TokenList::assign(const QList<Token> &tokens)
     m_blocks.reserve(tokens.size() / kBlockSize + 1);
     for (qsizetype i = 0; i < tokens.size(); i += kBlockSize) {
         const qsizetype n = std::min<qsizetype>(kBlockSize, tokens.size() - i);
-        m_blocks.push_back(Block{0, std::vector<Token>(tokens.begin() + i, tokens.begin() + i + n)});
+        m_blocks.push_back(
+            Block{0, std::vector<Token>(tokens.begin() + i, tokens.begin() + i + n)});
     }
 }
 
@@ -101,15 +102,14 @@ void TokenList::replace(qint64 start, qint64 end, const QList<Token> &replacemen
 
 TokenList::Position TokenList::firstEndingAfter(qint64 offset) const
 {
-    const auto block = std::partition_point(m_blocks.begin(), m_blocks.end(), [&](const Block &b) {
-        return b.lastEnd() <= offset;
-    });
+    const auto block = std::partition_point(
+        m_blocks.begin(), m_blocks.end(), [&](const Block &b) { return b.lastEnd() <= offset; });
     if (block == m_blocks.end())
         return {m_blocks.size(), 0};
-    const auto item = std::partition_point(
-        block->items.begin(), block->items.end(), [&](const Token &t) {
-            return t.end() + block->offset <= offset;
-        });
+    const auto item
+        = std::partition_point(block->items.begin(), block->items.end(), [&](const Token &t) {
+              return t.end() + block->offset <= offset;
+          });
     return {static_cast<std::size_t>(block - m_blocks.begin()),
             static_cast<std::size_t>(item - block->items.begin())};
 }
@@ -118,9 +118,8 @@ TokenList::Position TokenList::firstStartingAtOrAfter(qint64 offset, Position fr
 {
     if (from.block >= m_blocks.size())
         return {m_blocks.size(), 0};
-    const auto startsBefore = [offset](const Block &b) {
-        return b.items.back().location + b.offset < offset;
-    };
+    const auto startsBefore
+        = [offset](const Block &b) { return b.items.back().location + b.offset < offset; };
     if (startsBefore(m_blocks[from.block])) {
         const auto block
             = std::partition_point(m_blocks.begin() + from.block + 1, m_blocks.end(), startsBefore);
@@ -129,10 +128,10 @@ TokenList::Position TokenList::firstStartingAtOrAfter(qint64 offset, Position fr
         from = {static_cast<std::size_t>(block - m_blocks.begin()), 0};
     }
     const Block &block = m_blocks[from.block];
-    const auto item = std::partition_point(
-        block.items.begin() + from.index, block.items.end(), [&](const Token &t) {
-            return t.location + block.offset < offset;
-        });
+    const auto item
+        = std::partition_point(block.items.begin() + from.index,
+                               block.items.end(),
+                               [&](const Token &t) { return t.location + block.offset < offset; });
     return {from.block, static_cast<std::size_t>(item - block.items.begin())};
 }
 
@@ -177,7 +176,8 @@ void TokenList::insert(Position at, const QList<Token> &tokens)
     std::vector<Block> pieces;
     for (std::size_t i = 0; i < items.size(); i += kBlockSize) {
         const std::size_t n = std::min(kBlockSize, items.size() - i);
-        pieces.push_back(Block{offset, std::vector<Token>(items.begin() + i, items.begin() + i + n)});
+        pieces.push_back(
+            Block{offset, std::vector<Token>(items.begin() + i, items.begin() + i + n)});
     }
     m_blocks.erase(m_blocks.begin() + at.block);
     m_blocks.insert(m_blocks.begin() + at.block,

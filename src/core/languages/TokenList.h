@@ -24,8 +24,11 @@ class TokenList
 {
 public:
     void assign(const QList<Token> &tokens);
+
     void clear() { m_blocks.clear(); }
+
     bool isEmpty() const { return m_blocks.empty(); }
+
     qsizetype size() const;
     QList<Token> toList() const;
     // The tokens intersecting range, cut to it.

@@ -88,17 +88,27 @@ TEST(LanguageRule, WordsMatchWholeWordsLiterallyAndOptionallyIgnoringCase)
     const LanguageRule exact = LanguageRule::fromWords(TokenKind::keyword, u" if  a.b defined? ");
     EXPECT_EQ(exact.words, (QStringList{"if", "a.b", "defined?"}));
     const LanguageRule folded = LanguageRule::fromWords(TokenKind::keyword, u"select", true);
+
     struct Case
     {
         const LanguageRule *rule;
         const char *text;
         bool matches;
     } cases[] = {
-        {&exact, "if", true},          {&exact, "iff", false},   {&exact, "_if", false},
-        {&exact, "$if", false},        {&exact, "if$", false},   {&exact, "(if)", true},
-        {&exact, "a.b", true},         {&exact, "axb", false},   {&exact, "defined?", true},
-        {&exact, "IF", false},         {&folded, "SeLeCt", true}, {&folded, "selected", false},
+        {&exact, "if", true},
+        {&exact, "iff", false},
+        {&exact, "_if", false},
+        {&exact, "$if", false},
+        {&exact, "if$", false},
+        {&exact, "(if)", true},
+        {&exact, "a.b", true},
+        {&exact, "axb", false},
+        {&exact, "defined?", true},
+        {&exact, "IF", false},
+        {&folded, "SeLeCt", true},
+        {&folded, "selected", false},
     };
+
     for (const Case &c : cases) {
         // ICU and Qt agree on this subset of the syntax.
         const QRegularExpression re(c.rule->pattern);
@@ -135,12 +145,11 @@ TEST(LanguageRule, ABadPatternLeavesTheLanguageUncoloured)
 
 TEST(LanguageRule, EmptyMatchesAreSkippedWithoutLooping)
 {
-    const Language lazy(LanguageDefinition{
-        .id = QStringLiteral("lazy"),
-        .name = "Lazy",
-        .rules = {LanguageRule{TokenKind::keyword, QStringLiteral("x*"), {}},
-                  LanguageRule{TokenKind::number, QStringLiteral("\\d"), {}}}});
+    const Language lazy(
+        LanguageDefinition{.id = QStringLiteral("lazy"),
+                           .name = "Lazy",
+                           .rules = {LanguageRule{TokenKind::keyword, QStringLiteral("x*"), {}},
+                                     LanguageRule{TokenKind::number, QStringLiteral("\\d"), {}}}});
     const QList<Token> tokens = tokenize(lazy, u"ab xx 1");
-    EXPECT_EQ(tokens,
-              (QList<Token>{{3, 2, TokenKind::keyword}}));
+    EXPECT_EQ(tokens, (QList<Token>{{3, 2, TokenKind::keyword}}));
 }
