@@ -5,6 +5,7 @@
 #include "core/languages/LanguageTable.h"
 
 #include <QCoreApplication>
+#include <QHash>
 #include <QUrl>
 #include <QtDebug>
 
@@ -84,6 +85,63 @@ constexpr std::array<Interpreter, 6> kFirstLinePrefixes{{
     {u"diff --git", u"diff"},
     {u"--- ", u"diff"},
 }};
+
+// A prefix tree of the words as nested alternations: "(?:do(?:uble)?|else)".
+QString prefixTree(const QStringList &words)
+{
+    QList<QChar> firsts;
+    QHash<QChar, QStringList> rests;
+    bool hasEmpty = false;
+    for (const QString &word : words) {
+        if (word.isEmpty()) {
+            hasEmpty = true;
+            continue;
+        }
+        if (!rests.contains(word.front()))
+            firsts.append(word.front());
+        rests[word.front()].append(word.mid(1));
+    }
+    QStringList branches;
+    for (const QChar first : firsts) {
+        const QStringList &rest = rests[first];
+        branches.append(first + (rest.size() == 1 ? rest.front() : prefixTree(rest)));
+    }
+    if (branches.size() == 1 && !hasEmpty)
+        return branches.front();
+    return u"(?:" + branches.join(u'|') + u')' + (hasEmpty ? u"?" : u"");
+}
+
+bool isAsciiWord(const QString &word)
+{
+    return std::all_of(word.cbegin(), word.cend(), [](QChar ch) {
+        return (ch >= u'a' && ch <= u'z') || (ch >= u'A' && ch <= u'Z')
+               || (ch >= u'0' && ch <= u'9') || ch == u'_';
+    });
+}
+
+// The pattern scanned for one rule. A word list whose words are all letters, digits and "_" can
+// match only the whole run of such characters at a position, so the order of its alternatives
+// does not matter and a prefix tree matches exactly the same, with far less backtracking.
+QString scanPattern(const LanguageRule &rule)
+{
+    if (rule.words.isEmpty() || !std::all_of(rule.words.cbegin(), rule.words.cend(), isAsciiWord))
+        return rule.pattern;
+    const QString pattern = u"(?<![\\w$])" + prefixTree(rule.words) + u"(?![\\w$])";
+    return rule.pattern.startsWith(u"(?i:") ? u"(?i:" + pattern + u')' : pattern;
+}
+
+std::unique_ptr<icu::RegexPattern> compiled(const QString &source, UErrorCode &status, int &offset)
+{
+    UParseError parseError{};
+    std::unique_ptr<icu::RegexPattern> pattern(icu::RegexPattern::compile(
+        icu::UnicodeString(reinterpret_cast<const UChar *>(source.utf16()),
+                           static_cast<int32_t>(source.size())),
+        UREGEX_MULTILINE,
+        parseError,
+        status));
+    offset = parseError.offset;
+    return U_SUCCESS(status) ? std::move(pattern) : nullptr;
+}
 
 LanguagePtr sniffFirstLine(QStringView firstLine)
 {
@@ -174,27 +232,34 @@ const icu::RegexPattern *Language::regex() const
     std::call_once(m_regexOnce, [this] {
         if (m_def.rules.isEmpty())
             return;
-        QString joined;
-        for (const LanguageRule &rule : m_def.rules) {
-            if (!joined.isEmpty())
-                joined += u'|';
-            joined += u'(' + rule.pattern + u')';
-        }
-        const icu::UnicodeString source(reinterpret_cast<const UChar *>(joined.utf16()),
-                                        static_cast<int32_t>(joined.size()));
-        UParseError parseError{};
+        QStringList groups;
+        for (const LanguageRule &rule : m_def.rules)
+            groups.append(u'(' + rule.pattern + u')');
         UErrorCode status = U_ZERO_ERROR;
-        std::unique_ptr<icu::RegexPattern> pattern(
-            icu::RegexPattern::compile(source, UREGEX_MULTILINE, parseError, status));
-        if (U_FAILURE(status) || !pattern) {
+        int offset = 0;
+        std::unique_ptr<icu::RegexPattern> joined = compiled(groups.join(u'|'), status, offset);
+        std::vector<std::unique_ptr<icu::RegexPattern>> perRule;
+        for (qsizetype i = 0; joined && i < m_def.rules.size(); ++i) {
+            perRule.push_back(compiled(scanPattern(m_def.rules[i]), status, offset));
+            if (!perRule.back())
+                joined.reset();
+        }
+        if (!joined) {
             qWarning().noquote() << QStringLiteral("Mirtex: bad pattern for %1: %2 (offset %3)")
                                         .arg(m_def.id, QString::fromLatin1(u_errorName(status)))
-                                        .arg(parseError.offset);
+                                        .arg(offset);
             return;
         }
-        m_regex = std::move(pattern);
+        m_regex = std::move(joined);
+        m_rulePatterns = std::move(perRule);
     });
     return m_regex.get();
+}
+
+const std::vector<std::unique_ptr<icu::RegexPattern>> &Language::rulePatterns() const
+{
+    regex();
+    return m_rulePatterns;
 }
 
 const QList<LanguagePtr> &Language::all()

@@ -15,6 +15,7 @@
 #include <mutex>
 #include <optional>
 #include <utility>
+#include <vector>
 
 U_NAMESPACE_BEGIN
 class RegexPattern;
@@ -76,6 +77,11 @@ public:
 
     bool hasRegex() const { return regex() != nullptr; }
 
+    // One compiled pattern per rule, each matching exactly what its alternative of regex() matches
+    // (word lists factored by common prefixes). Empty when regex() is null. Scanning with these
+    // keeps ICU's first-character filter per rule, which one large alternation loses.
+    const std::vector<std::unique_ptr<icu::RegexPattern>> &rulePatterns() const;
+
     // The table, in menu order; built on first access, thread-safe.
     static const QList<LanguagePtr> &all();
     // The plain-text language: first of `all`, and the result of every failed lookup.
@@ -92,6 +98,7 @@ private:
     QStringList m_completionWords;
     mutable std::once_flag m_regexOnce;
     mutable std::unique_ptr<icu::RegexPattern> m_regex;
+    mutable std::vector<std::unique_ptr<icu::RegexPattern>> m_rulePatterns;
 };
 
 } // namespace mirtex

@@ -24,7 +24,7 @@ qint64 nextLineStart(QStringView text, qint64 from)
 
 } // namespace
 
-QList<Token> tokenize(const Language &language, QStringView text)
+QList<Token> tokenizeWithJoinedExpression(const Language &language, QStringView text)
 {
     const icu::RegexPattern *pattern = language.regex();
     if (!pattern || text.isEmpty())
@@ -67,6 +67,76 @@ QList<Token> tokenize(const Language &language, QStringView text)
             if (end > start)
                 tokens.append(Token{start, end - start, kinds[group - 1]});
             break;
+        }
+    }
+    return tokens;
+}
+
+QList<Token> tokenize(const Language &language, QStringView text)
+{
+    const std::vector<std::unique_ptr<icu::RegexPattern>> &patterns = language.rulePatterns();
+    if (patterns.empty() || text.isEmpty())
+        return {};
+    const QList<TokenKind> kinds = language.ruleKinds();
+    const qint64 length = text.size();
+
+    UErrorCode status = U_ZERO_ERROR;
+    std::unique_ptr<UText, UTextCloser> input(
+        utext_openUChars(nullptr, reinterpret_cast<const UChar *>(text.utf16()), length, &status));
+
+    struct RuleScan
+    {
+        std::unique_ptr<icu::RegexMatcher> matcher;
+        qint64 start = -1; // of the rule's first match at or after the scan position
+        qint64 end = -1;
+        bool exhausted = false;
+    };
+
+    std::vector<RuleScan> scans(patterns.size());
+    for (std::size_t i = 0; i < patterns.size(); ++i) {
+        scans[i].matcher.reset(patterns[i]->matcher(status));
+        if (U_FAILURE(status))
+            return {};
+        scans[i].matcher->reset(input.get());
+    }
+
+    // At each step the earliest match wins, and among matches at the same place the rule listed
+    // first: exactly what the joined alternation picks. A rule's next match is looked up again
+    // only once the scan has passed its start, so each rule reads the text about once.
+    QList<Token> tokens;
+    tokens.reserve(length / 16);
+    qint64 position = 0;
+    while (position <= length) {
+        RuleScan *best = nullptr;
+        std::size_t bestIndex = 0;
+        for (std::size_t i = 0; i < scans.size(); ++i) {
+            RuleScan &scan = scans[i];
+            if (scan.exhausted)
+                continue;
+            if (scan.start < position) {
+                status = U_ZERO_ERROR;
+                if (!scan.matcher->find(position, status) || U_FAILURE(status)) {
+                    scan.exhausted = true;
+                    continue;
+                }
+                scan.start = scan.matcher->start64(status);
+                scan.end = scan.matcher->end64(status);
+            }
+            if (!best || scan.start < best->start) {
+                best = &scan;
+                bestIndex = i;
+            }
+        }
+        if (!best)
+            break;
+        if (best->end > best->start) {
+            tokens.append(Token{best->start, best->end - best->start, kinds[bestIndex]});
+            position = best->end;
+        } else {
+            // An empty match colours nothing; the scan moves on by one character.
+            const bool pair = best->start + 1 < length && text[best->start].isHighSurrogate()
+                              && text[best->start + 1].isLowSurrogate();
+            position = best->start + (pair ? 2 : 1);
         }
     }
     return tokens;

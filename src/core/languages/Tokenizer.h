@@ -14,6 +14,9 @@ namespace mirtex {
 // Tokens of text, sorted and never overlapping, offsets in UTF-16 units from the start of text.
 // Empty for an empty text or a language without an expression.
 QList<Token> tokenize(const Language &language, QStringView text);
+// The same tokens, found by running the joined expression itself: the reference that tokenize,
+// which scans rule by rule for speed, must always agree with.
+QList<Token> tokenizeWithJoinedExpression(const Language &language, QStringView text);
 
 // Every token has length >= 1, starts at or after the end of the previous one and ends at or
 // before textLength. An empty list is valid.

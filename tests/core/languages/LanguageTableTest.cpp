@@ -2,6 +2,8 @@
 #include "core/languages/Language.h"
 #include "core/languages/Tokenizer.h"
 
+#include <QRandomGenerator>
+
 #include <unicode/regex.h>
 
 #include <gtest/gtest.h>
@@ -27,5 +29,27 @@ TEST(LanguageTable, EveryLanguageCompilesWithOneGroupPerRule)
         const QString sample = mixedSampleText();
         const QList<Token> tokens = tokenize(*language, sample);
         EXPECT_TRUE(tokensAreValid(tokens, sample.size()));
+    }
+}
+
+// The rule-by-rule scan must pick exactly what the joined alternation picks, in every language,
+// on text dense with openers, closers, words and empty-match bait.
+TEST(LanguageTable, RuleByRuleScanAgreesWithTheJoinedExpression)
+{
+    const QStringList pieces
+        = {"/*",  "*/",  "//",   "#",   "\"",   "'",          "`",      "\"\"\"", "'''", "\n",
+           " ",   "\t",  "0x1F", "1.5", "_",    "$",          "@",      "<",      ">",   "/",
+           "=",   ":",   "-",    "--",  "[[",   "]]",         "{",      "}",      "!",   "%",
+           "if",  "int", "def",  "end", "true", "echo",       "SELECT", "\\",     "r\"", "<!--",
+           "-->", "---", "```",  "**",  "é",    "\U0001F600", "x",      "Rem",    "@@",  "#!"};
+    QRandomGenerator random(17);
+    for (int round = 0; round < 40; ++round) {
+        QString text = round == 0 ? mixedSampleText() : QString();
+        for (int i = 0, n = random.bounded(20, 200); i < n; ++i)
+            text += pieces[random.bounded(pieces.size())];
+        for (const LanguagePtr &language : Language::all()) {
+            ASSERT_EQ(tokenize(*language, text), tokenizeWithJoinedExpression(*language, text))
+                << language->id().toStdString() << " on: " << text.toStdString();
+        }
     }
 }
