@@ -5,9 +5,21 @@
 namespace mirtex {
 
 namespace {
-constexpr std::array<const char *, kTokenKindCount> kNames = {
-    "comment", "string", "number", "keyword", "type", "preprocessor", "tag", "attribute",
-    "heading", "variable", "added", "removed", "meta", "emphasis", "link"};
+constexpr std::array<const char *, kTokenKindCount> kNames = {"comment",
+                                                              "string",
+                                                              "number",
+                                                              "keyword",
+                                                              "type",
+                                                              "preprocessor",
+                                                              "tag",
+                                                              "attribute",
+                                                              "heading",
+                                                              "variable",
+                                                              "added",
+                                                              "removed",
+                                                              "meta",
+                                                              "emphasis",
+                                                              "link"};
 }
 
 QString toString(TokenKind kind)

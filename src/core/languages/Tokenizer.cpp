@@ -1,0 +1,182 @@
+// The tokenizer runs ICU directly over the UTF-16 buffer: no conversion, native offsets are ours.
+#include "core/languages/Tokenizer.h"
+
+#include <unicode/regex.h>
+#include <unicode/utext.h>
+
+#include <algorithm>
+#include <memory>
+
+namespace mirtex {
+
+namespace {
+
+struct UTextCloser
+{
+    void operator()(UText *text) const { utext_close(text); }
+};
+
+qint64 nextLineStart(QStringView text, qint64 from)
+{
+    const qsizetype newline = text.indexOf(u'\n', from);
+    return newline < 0 ? text.size() : newline + 1;
+}
+
+} // namespace
+
+QList<Token> tokenizeWithJoinedExpression(const Language &language, QStringView text)
+{
+    const icu::RegexPattern *pattern = language.regex();
+    if (!pattern || text.isEmpty())
+        return {};
+    const QList<TokenKind> kinds = language.ruleKinds();
+
+    UErrorCode status = U_ZERO_ERROR;
+    std::unique_ptr<UText, UTextCloser> input(utext_openUChars(
+        nullptr, reinterpret_cast<const UChar *>(text.utf16()), text.size(), &status));
+    std::unique_ptr<icu::RegexMatcher> matcher(pattern->matcher(status));
+    if (U_FAILURE(status))
+        return {};
+    matcher->reset(input.get());
+    const int groups = std::min<int>(matcher->groupCount(), static_cast<int>(kinds.size()));
+
+    QList<Token> tokens;
+    tokens.reserve(text.size() / 16);
+    qint64 resumeAt = 0;
+    while (true) {
+        if (!matcher->find(status)) {
+            if (U_SUCCESS(status))
+                break;
+            // A pathological construct exhausted the backtracking stack; skip its line and go on
+            // rather than leave the rest of the text uncoloured.
+            status = U_ZERO_ERROR;
+            resumeAt = nextLineStart(text, resumeAt);
+            if (resumeAt >= text.size())
+                break;
+            matcher->reset(resumeAt, status);
+            if (U_FAILURE(status))
+                break;
+            continue;
+        }
+        resumeAt = matcher->end64(status);
+        for (int group = 1; group <= groups; ++group) {
+            const int64_t start = matcher->start64(group, status);
+            if (start < 0)
+                continue;
+            const int64_t end = matcher->end64(group, status);
+            if (end > start)
+                tokens.append(Token{start, end - start, kinds[group - 1]});
+            break;
+        }
+    }
+    return tokens;
+}
+
+QList<Token> tokenize(const Language &language, QStringView text)
+{
+    const std::vector<std::unique_ptr<icu::RegexPattern>> &patterns = language.rulePatterns();
+    if (patterns.empty() || text.isEmpty())
+        return {};
+    const QList<TokenKind> kinds = language.ruleKinds();
+    const qint64 length = text.size();
+
+    UErrorCode status = U_ZERO_ERROR;
+    std::unique_ptr<UText, UTextCloser> input(
+        utext_openUChars(nullptr, reinterpret_cast<const UChar *>(text.utf16()), length, &status));
+
+    struct RuleScan
+    {
+        std::unique_ptr<icu::RegexMatcher> matcher;
+        qint64 start = -1; // of the rule's first match at or after the scan position
+        qint64 end = -1;
+        bool exhausted = false;
+    };
+
+    std::vector<RuleScan> scans(patterns.size());
+    for (std::size_t i = 0; i < patterns.size(); ++i) {
+        scans[i].matcher.reset(patterns[i]->matcher(status));
+        if (U_FAILURE(status))
+            return {};
+        scans[i].matcher->reset(input.get());
+    }
+
+    // At each step the earliest match wins, and among matches at the same place the rule listed
+    // first: exactly what the joined alternation picks. A rule's next match is looked up again
+    // only once the scan has passed its start, so each rule reads the text about once.
+    QList<Token> tokens;
+    tokens.reserve(length / 16);
+    qint64 position = 0;
+    while (position <= length) {
+        RuleScan *best = nullptr;
+        std::size_t bestIndex = 0;
+        for (std::size_t i = 0; i < scans.size(); ++i) {
+            RuleScan &scan = scans[i];
+            if (scan.exhausted)
+                continue;
+            if (scan.start < position) {
+                status = U_ZERO_ERROR;
+                if (!scan.matcher->find(position, status) || U_FAILURE(status)) {
+                    scan.exhausted = true;
+                    continue;
+                }
+                scan.start = scan.matcher->start64(status);
+                scan.end = scan.matcher->end64(status);
+            }
+            if (!best || scan.start < best->start) {
+                best = &scan;
+                bestIndex = i;
+            }
+        }
+        if (!best)
+            break;
+        if (best->end > best->start) {
+            tokens.append(Token{best->start, best->end - best->start, kinds[bestIndex]});
+            position = best->end;
+        } else {
+            // An empty match colours nothing; the scan moves on by one character.
+            const bool pair = best->start + 1 < length && text[best->start].isHighSurrogate()
+                              && text[best->start + 1].isLowSurrogate();
+            position = best->start + (pair ? 2 : 1);
+        }
+    }
+    return tokens;
+}
+
+bool tokensAreValid(const QList<Token> &tokens, qint64 textLength)
+{
+    qint64 previousEnd = 0;
+    for (const Token &token : tokens) {
+        if (token.length < 1 || token.location < previousEnd)
+            return false;
+        previousEnd = token.end();
+    }
+    return previousEnd <= textLength;
+}
+
+QList<Token> tokensIntersecting(const QList<Token> &tokens, TextRange range)
+{
+    QList<Token> result;
+    auto it = std::upper_bound(
+        tokens.cbegin(), tokens.cend(), range.location, [](qint64 offset, const Token &token) {
+            return offset < token.end();
+        });
+    for (; it != tokens.cend() && it->location < range.end(); ++it) {
+        const qint64 start = std::max<qint64>(it->location, range.location);
+        const qint64 end = std::min<qint64>(it->end(), range.end());
+        if (end > start)
+            result.append(Token{start, end - start, it->kind});
+    }
+    return result;
+}
+
+QString mixedSampleText()
+{
+    return QStringLiteral(
+        "// commento /* annidato */ \"stringa\" 'c' `parola` 0x1F 3.14e-2 #define X "
+        "<tag attr=\"v\"> $var @anno\n"
+        "# hash -- sql /* blocco\n"
+        "su pi\u00f9 righe */ \"\"\"triplo\"\"\" \\ \t \U0001F600 \u00e9\n"
+        "{ [ ( ) ] } ; : , . = + - * / % ! ? & | ^ ~ < >");
+}
+
+} // namespace mirtex
