@@ -1,12 +1,14 @@
 #include "ui/app/MainMenu.h"
 
 #include "core/app/Preferences.h"
+#include "core/languages/Language.h"
 #include "ui/document/DocumentTab.h"
 #include "ui/document/EncodingMenus.h"
 #include "ui/document/MainWindow.h"
 #include "ui/editor/EditorPane.h"
 #include "ui/editor/EditorView.h"
 
+#include <QActionGroup>
 #include <QCoreApplication>
 #include <QMenuBar>
 
@@ -22,8 +24,7 @@ MainMenu::MainMenu(MainWindow *window, QObject *parent)
     search->setObjectName(QStringLiteral("mirtex.menu.search"));
     buildView();
     buildEncoding();
-    auto *language = m_window->menuBar()->addMenu(tr("Linguaggio"));
-    language->setObjectName(QStringLiteral("mirtex.menu.language"));
+    buildLanguage();
     auto *tools = m_window->menuBar()->addMenu(tr("Strumenti"));
     tools->setObjectName(QStringLiteral("mirtex.menu.tools"));
     buildWindow();
@@ -178,6 +179,31 @@ void MainMenu::buildEncoding()
         if (auto *tab = w->currentDocument())
             w->setLineEnding(tab, e);
     }));
+}
+
+void MainMenu::buildLanguage()
+{
+    MainWindow *w = m_window;
+    QMenu *menu = w->menuBar()->addMenu(tr("Linguaggio"));
+    menu->setObjectName(QStringLiteral("mirtex.menu.language"));
+    auto *group = new QActionGroup(menu);
+    for (const LanguagePtr &language : Language::all()) {
+        QAction *action = menu->addAction(language->name());
+        action->setObjectName(QStringLiteral("setLanguage:") + language->id());
+        action->setData(language->id());
+        action->setCheckable(true);
+        group->addAction(action);
+        connect(action, &QAction::triggered, this, [w, language]() {
+            if (auto *tab = w->currentDocument())
+                tab->setLanguage(language);
+        });
+    }
+    connect(menu, &QMenu::aboutToShow, this, [w, group]() {
+        const QString current = w->currentDocument() ? w->currentDocument()->document().languageId() : QString();
+        for (QAction *action : group->actions())
+            action->setChecked(action->data().toString() == current);
+    });
+    w->setLanguageMenu(menu);
 }
 
 void MainMenu::buildWindow()

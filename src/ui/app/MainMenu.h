@@ -34,6 +34,7 @@ private:
     void buildEdit();
     void buildView();
     void buildEncoding();
+    void buildLanguage();
     void buildWindow();
     void buildHelp();
     QAction *add(QMenu *menu, const QString &name, const QString &label, const QKeySequence &shortcut,

@@ -2,6 +2,7 @@
 
 #include "core/app/Preferences.h"
 #include "core/document/SessionRestore.h"
+#include "core/languages/Language.h"
 #include "ui/document/DocumentTab.h"
 #include "ui/document/MainWindow.h"
 #include "ui/editor/EditorAnnotations.h"
@@ -115,7 +116,7 @@ bool WindowSession::restoreEntry(MainWindow &window, const SessionState::Entry &
     auto *tab = new DocumentTab(m_prefs, text, disk ? std::optional<QString>(disk->path) : entry.path,
                                 encoding, ending, entry.untitledName.value_or(QString()), id, saved);
     Document &doc = tab->document();
-    doc.setLanguageId(entry.language);
+    tab->setLanguage(Language::byId(entry.language));
     if (disk)
         doc.setFileModificationDate(disk->modified);
     if (backup)

@@ -21,6 +21,23 @@ DocumentTab::DocumentTab(Preferences &prefs,
         m_document->updateDirty();
     m_document->onStateChange = [this]() { Q_EMIT stateChanged(); };
     connect(m_editor, &EditorView::textEdited, this, [this]() { m_document->textDidChange(); });
+    m_document->onPathChange = [this](const QString &) { detectLanguage(); };
+}
+
+void DocumentTab::setLanguage(LanguagePtr language)
+{
+    m_document->setLanguageId(language->id());
+    m_editor->setLanguage(std::move(language));
+    Q_EMIT stateChanged();
+}
+
+void DocumentTab::detectLanguage()
+{
+    // The first line is enough: read a bounded prefix rather than the whole text.
+    const QByteArray head = m_editor->utf8Prefix(4096);
+    const qsizetype newline = head.indexOf('\n');
+    const QString firstLine = QString::fromUtf8(newline >= 0 ? head.left(newline) : head);
+    setLanguage(Language::detect(m_document->path(), firstLine));
 }
 
 DocumentTab::~DocumentTab()

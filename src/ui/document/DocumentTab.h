@@ -36,6 +36,11 @@ public:
     const Document &document() const { return *m_document; }
     EditorView *editor() const { return m_editor; }
 
+    // Colours the tab in `language` and records it in the document.
+    void setLanguage(LanguagePtr language);
+    // Chooses the language from the file name and the first line of the text.
+    void detectLanguage();
+
 Q_SIGNALS:
     void stateChanged();
 

@@ -18,6 +18,7 @@
 #include <QFileInfo>
 #include <QMimeData>
 #include <QTabBar>
+#include <QToolButton>
 #include <QTabWidget>
 
 namespace mirtex {
@@ -180,6 +181,7 @@ DocumentTab *MainWindow::openPath(const QString &path, std::optional<TextEncodin
     loaded->utf8 = {};
     tab->document().setFileModificationDate(loaded->modified);
     tab->document().setReadOnly(loaded->readOnly);
+    tab->detectLanguage();
     addDocument(tab);
     return tab;
 }
@@ -503,6 +505,11 @@ void MainWindow::setSplit(std::optional<Qt::Orientation> orientation)
 {
     if (auto *tab = currentDocument())
         tab->editor()->setSplit(orientation);
+}
+
+void MainWindow::setLanguageMenu(QMenu *menu)
+{
+    m_statusBar->languageButton()->setMenu(menu);
 }
 
 void MainWindow::zoomBy(int steps)

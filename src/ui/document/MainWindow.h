@@ -14,6 +14,7 @@
 #include <optional>
 #include <vector>
 
+class QMenu;
 class QTabWidget;
 
 namespace mirtex {
@@ -82,6 +83,8 @@ public:
     bool isSidebarVisible() const;
 
     void setSplit(std::optional<Qt::Orientation> orientation);
+    // The language menu, also offered by the status bar.
+    void setLanguageMenu(QMenu *menu);
     void zoomBy(int steps); // 0 resets
     void applyColors(const EditorColors &colors, bool isDark);
 

@@ -1,5 +1,6 @@
 #include "ui/document/StatusBar.h"
 
+#include "core/languages/Language.h"
 #include "ui/document/DocumentTab.h"
 #include "ui/document/EncodingMenus.h"
 #include "ui/editor/EditorView.h"
@@ -70,7 +71,7 @@ void StatusBar::showDocument(DocumentTab *tab)
     const Document &doc = tab->document();
     m_encoding->setText(doc.encoding().shortLabel());
     m_lineEnding->setText(toString(doc.lineEnding()).toUpper());
-    m_language->setText(doc.languageId());
+    m_language->setText(Language::byId(doc.languageId())->name());
     showCaret(*tab->editor());
 }
 

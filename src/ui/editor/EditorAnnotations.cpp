@@ -68,10 +68,13 @@ void EditorAnnotations::configurePane(EditorPane *pane)
         pane->SendScintilla(Sci::SCI_INDICSETOUTLINEALPHA, static_cast<unsigned long>(indicator), 0L);
         pane->SendScintilla(Sci::SCI_INDICSETUNDER, indicator, 1L);
     }
-    connect(pane, &Sci::SCN_MARGINCLICK, this, [this, pane](int position, int, int margin) {
-        if (margin == 1)
-            toggleBookmark(pane->SendScintilla(Sci::SCI_LINEFROMPOSITION, position));
-    }, Qt::UniqueConnection);
+    if (!pane->property("mirtexBookmarkClicks").toBool()) {
+        pane->setProperty("mirtexBookmarkClicks", true);
+        connect(pane, &Sci::SCN_MARGINCLICK, this, [this, pane](int position, int, int margin) {
+            if (margin == 1)
+                toggleBookmark(pane->SendScintilla(Sci::SCI_LINEFROMPOSITION, position));
+        });
+    }
 }
 
 void EditorAnnotations::applyColors(const EditorColors &colors)

@@ -2,6 +2,7 @@
 
 #include "core/app/Preferences.h"
 #include "ui/editor/EditorColors.h"
+#include "ui/editor/PaneHighlightTarget.h"
 
 #include <QFontDatabase>
 #include <QKeyEvent>
@@ -57,6 +58,8 @@ EditorPane::EditorPane(QWidget *parent)
     connect(this, &QsciScintilla::linesChanged, this, &EditorPane::updateLineNumberWidth);
 }
 
+EditorPane::~EditorPane() = default;
+
 void EditorPane::applyPreferences(const Preferences &prefs)
 {
     QFont font = prefs.fontName().isEmpty() ? QFontDatabase::systemFont(QFontDatabase::FixedFont)
@@ -77,14 +80,28 @@ void EditorPane::applyPreferences(const Preferences &prefs)
     setWhitespaceVisibility(prefs.showWhitespace() ? WsVisible : WsInvisible);
     setEolVisibility(prefs.showLineEndings());
     setIndentationGuides(prefs.showIndentGuides());
+    refreshStyles();
 }
 
 void EditorPane::applyColors(const EditorColors &colors)
 {
+    m_colors = std::make_unique<EditorColors>(colors);
+    refreshStyles();
+}
+
+void EditorPane::refreshStyles()
+{
+    if (!m_colors)
+        return;
+    const EditorColors &colors = *m_colors;
     setPaper(colors.background);
     setColor(colors.text);
     SendScintilla(SCI_STYLESETBACK, STYLE_DEFAULT, colors.background);
     SendScintilla(SCI_STYLESETFORE, STYLE_DEFAULT, colors.text);
+    // Every token style starts as a copy of the default (font, size, page), then gets its colour.
+    SendScintilla(SCI_STYLECLEARALL);
+    for (int kind = 0; kind < kTokenKindCount; ++kind)
+        SendScintilla(SCI_STYLESETFORE, PaneHighlightTarget::kFirstTokenStyle + kind, colors.tokens[std::size_t(kind)]);
     SendScintilla(SCI_STYLESETBACK, STYLE_LINENUMBER, colors.gutter);
     SendScintilla(SCI_STYLESETFORE, STYLE_LINENUMBER, colors.gutterText);
     setCaretForegroundColor(colors.caret);
@@ -97,8 +114,6 @@ void EditorPane::applyColors(const EditorColors &colors)
     setWhitespaceForegroundColor(colors.invisibles);
     setIndentationGuidesForegroundColor(colors.invisibles);
     setIndentationGuidesBackgroundColor(colors.background);
-    setMatchedBraceBackgroundColor(colors.braceMatch);
-    setMatchedBraceForegroundColor(colors.text);
     // Line-end marks use the control-character style.
     SendScintilla(SCI_STYLESETFORE, STYLE_CONTROLCHAR, colors.invisibles);
     SendScintilla(SCI_STYLESETBACK, STYLE_CONTROLCHAR, colors.background);

@@ -4,6 +4,8 @@
 
 #include <Qsci/qsciscintilla.h>
 
+#include <memory>
+
 namespace mirtex {
 
 class Preferences;
@@ -15,6 +17,7 @@ class EditorPane : public QsciScintilla
 
 public:
     explicit EditorPane(QWidget *parent = nullptr);
+    ~EditorPane() override;
 
     // Reads every display preference (font, zoom, tabs, wrapping, invisibles, gutter...).
     void applyPreferences(const Preferences &prefs);
@@ -33,6 +36,9 @@ private:
     bool handleAutoClose(QKeyEvent *event);
     void updateLineNumberWidth();
 
+    void refreshStyles();
+
+    std::unique_ptr<EditorColors> m_colors;
     bool m_autoClose = false;
     bool m_showLineNumbers = true;
 };

@@ -1,7 +1,9 @@
 #include "ui/editor/EditorView.h"
 
 #include "core/app/Preferences.h"
+#include "core/languages/SyntaxHighlighter.h"
 #include "ui/editor/EditorAnnotations.h"
+#include "ui/editor/PaneHighlightTarget.h"
 #include "ui/editor/EditorPane.h"
 #include "ui/editor/TextPositions.h"
 
@@ -29,9 +31,15 @@ EditorView::EditorView(Preferences &prefs, QWidget *parent)
     connect(m_primary,
             &Sci::SCN_MODIFIED,
             this,
-            [this](int position, int type, const char *, int length, int, int, int, int, int, int) {
-                onModified(position, type, length);
+            [this](int position, int type, const char *text, int length, int, int, int, int, int, int) {
+                onModified(position, type, text, length);
             });
+    m_highlighter = new SyntaxHighlighter(nullptr, Language::text(), this);
+    m_primaryTarget = new PaneHighlightTarget(*this, m_primary, *m_highlighter);
+    m_highlighter->attach(m_primaryTarget);
+    connect(this, &EditorView::textEdited, m_highlighter, [this](TextRange range, qsizetype delta) {
+        m_highlighter->textDidChange(range, delta);
+    });
     m_annotations = new EditorAnnotations(*this, prefs);
     m_annotations->configurePane(m_primary);
     applyPreferences();
@@ -79,7 +87,7 @@ void EditorView::loadText(const QByteArray &utf8)
     m_loading = false;
 }
 
-void EditorView::onModified(int position, int type, int length)
+void EditorView::onModified(int position, int type, const char *text, int length)
 {
     if (type & Sci::SC_MOD_BEFOREDELETE) {
         m_pendingDeleteLocation = m_positions->toUtf16(position);
@@ -88,16 +96,31 @@ void EditorView::onModified(int position, int type, int length)
     }
     if (!(type & (Sci::SC_MOD_INSERTTEXT | Sci::SC_MOD_DELETETEXT)))
         return;
+    // The UTF-16 snapshot follows the edit instead of being rebuilt from the whole text.
+    const bool snapshotValid = m_cachedRevision == m_revision;
     ++m_revision;
     if (m_loading)
         return;
     if (type & Sci::SC_MOD_INSERTTEXT) {
         const qsizetype location = m_positions->toUtf16(position);
         const qsizetype inserted = m_positions->utf16Count(position, position + length);
+        if (snapshotValid && text) {
+            m_cachedText.insert(location, QString::fromUtf8(text, length));
+            m_cachedRevision = m_revision;
+        }
         Q_EMIT textEdited({location, inserted}, inserted);
     } else {
+        if (snapshotValid) {
+            m_cachedText.remove(m_pendingDeleteLocation, m_pendingDeleteLength);
+            m_cachedRevision = m_revision;
+        }
         Q_EMIT textEdited({m_pendingDeleteLocation, 0}, -m_pendingDeleteLength);
     }
+}
+
+void EditorView::setLanguage(LanguagePtr language)
+{
+    m_highlighter->setLanguage(std::move(language));
 }
 
 void EditorView::setSplit(std::optional<Qt::Orientation> orientation)
@@ -106,6 +129,8 @@ void EditorView::setSplit(std::optional<Qt::Orientation> orientation)
         if (m_secondary) {
             if (m_active == m_secondary)
                 m_active = m_primary;
+            m_highlighter->detach(m_secondaryTarget);
+            m_secondaryTarget = nullptr; // deleted with its pane
             delete m_secondary;
             m_secondary = nullptr;
             m_primary->setFocus();
@@ -120,6 +145,9 @@ void EditorView::setSplit(std::optional<Qt::Orientation> orientation)
     m_secondary->applyPreferences(m_prefs);
     m_secondary->applyColors(m_colors);
     m_annotations->configurePane(m_secondary);
+    m_secondaryTarget = new PaneHighlightTarget(*this, m_secondary, *m_highlighter);
+    m_highlighter->attach(m_secondaryTarget);
+    m_secondaryTarget->paintTokens(*m_highlighter);
     m_secondary->setReadOnly(!m_editable);
     m_secondary->SendScintilla(Sci::SCI_SETMODEVENTMASK, 0L); // edits are reported by the first pane
     const int half = std::max(1, (orientation == Qt::Horizontal ? width() : height()) / 2);
@@ -218,6 +246,14 @@ QByteArray EditorView::utf8Text() const
     const long length = m_primary->SendScintilla(Sci::SCI_GETLENGTH);
     const auto *buffer = static_cast<const char *>(m_primary->SendScintillaPtrResult(Sci::SCI_GETCHARACTERPOINTER));
     return QByteArray(buffer, length);
+}
+
+QByteArray EditorView::utf8Prefix(qsizetype maxBytes) const
+{
+    const long length = std::min<long>(m_primary->SendScintilla(Sci::SCI_GETLENGTH), long(maxBytes));
+    const char *start = reinterpret_cast<const char *>(
+        m_primary->SendScintilla(Sci::SCI_GETRANGEPOINTER, 0UL, length));
+    return QByteArray(start, length);
 }
 
 bool EditorView::utf8Equals(const QByteArray &utf8) const

@@ -5,6 +5,7 @@
 
 #include "core/document/DocumentText.h"
 #include "core/editor/TextRange.h"
+#include "core/languages/Language.h"
 #include "ui/editor/EditorColors.h"
 
 #include <QWidget>
@@ -17,6 +18,8 @@ class QSplitter;
 namespace mirtex {
 
 class EditorAnnotations;
+class PaneHighlightTarget;
+class SyntaxHighlighter;
 class EditorPane;
 class Preferences;
 class TextPositions;
@@ -43,6 +46,9 @@ public:
 
     const TextPositions &positions() const { return *m_positions; }
     EditorAnnotations &annotations() const { return *m_annotations; }
+    SyntaxHighlighter &highlighter() const { return *m_highlighter; }
+    // Colours the text in this language from now on.
+    void setLanguage(LanguagePtr language);
 
     // The active pane's main selection and caret, in UTF-16 units.
     TextRange selection() const;
@@ -62,6 +68,8 @@ public:
     // DocumentText
     QString text() const override;
     QByteArray utf8Text() const override;
+    // At most `maxBytes` from the start of the text.
+    QByteArray utf8Prefix(qsizetype maxBytes) const;
     bool utf8Equals(const QByteArray &utf8) const override;
     void replaceText(const QByteArray &utf8) override;
     void setEditable(bool editable) override;
@@ -75,7 +83,7 @@ Q_SIGNALS:
     void zoomChanged(int zoomStep);
 
 private:
-    void onModified(int position, int type, int length);
+    void onModified(int position, int type, const char *text, int length);
     EditorPane *makePane();
 
     Preferences &m_prefs;
@@ -85,6 +93,9 @@ private:
     EditorPane *m_active;
     std::unique_ptr<TextPositions> m_positions;
     EditorAnnotations *m_annotations = nullptr;
+    SyntaxHighlighter *m_highlighter = nullptr;
+    PaneHighlightTarget *m_primaryTarget = nullptr;
+    PaneHighlightTarget *m_secondaryTarget = nullptr;
     EditorColors m_colors;
     bool m_loading = false;
     bool m_editable = true;

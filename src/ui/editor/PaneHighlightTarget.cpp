@@ -1,0 +1,97 @@
+#include "ui/editor/PaneHighlightTarget.h"
+
+#include "core/languages/SyntaxHighlighter.h"
+#include "ui/editor/EditorPane.h"
+#include "ui/editor/EditorView.h"
+#include "ui/editor/TextPositions.h"
+
+namespace mirtex {
+
+using Sci = QsciScintillaBase;
+
+PaneHighlightTarget::PaneHighlightTarget(EditorView &view, EditorPane *pane, SyntaxHighlighter &highlighter)
+    : QObject(pane)
+    , m_view(view)
+    , m_pane(pane)
+    , m_highlighter(highlighter)
+{
+    // Newly exposed text is painted as the pane scrolls or grows.
+    connect(pane, &Sci::SCN_UPDATEUI, this, [this]() {
+        const int first = int(m_pane->SendScintilla(Sci::SCI_GETFIRSTVISIBLELINE));
+        const int lines = int(m_pane->SendScintilla(Sci::SCI_LINESONSCREEN));
+        if (first != m_lastFirstLine || lines != m_lastLinesOnScreen)
+            paintTokens(m_highlighter);
+    });
+}
+
+QString PaneHighlightTarget::text() const
+{
+    return m_view.text();
+}
+
+qsizetype PaneHighlightTarget::textLength() const
+{
+    return m_view.textLength();
+}
+
+TextRange PaneHighlightTarget::visibleRange() const
+{
+    const long firstDisplayLine = m_pane->SendScintilla(Sci::SCI_GETFIRSTVISIBLELINE);
+    const long linesOnScreen = m_pane->SendScintilla(Sci::SCI_LINESONSCREEN);
+    const long firstLine = m_pane->SendScintilla(Sci::SCI_DOCLINEFROMVISIBLE, firstDisplayLine);
+    const long lastLine = m_pane->SendScintilla(Sci::SCI_DOCLINEFROMVISIBLE, firstDisplayLine + linesOnScreen + 1);
+    const long fromByte = m_pane->SendScintilla(Sci::SCI_POSITIONFROMLINE, firstLine);
+    const long toByte = m_pane->SendScintilla(Sci::SCI_GETLINEENDPOSITION, lastLine);
+    const TextPositions &positions = m_view.positions();
+    const qsizetype from = positions.toUtf16(fromByte);
+    return {from, positions.toUtf16(toByte) - from};
+}
+
+void PaneHighlightTarget::paintTokens(const SyntaxHighlighter &highlighter)
+{
+    m_lastFirstLine = int(m_pane->SendScintilla(Sci::SCI_GETFIRSTVISIBLELINE));
+    m_lastLinesOnScreen = int(m_pane->SendScintilla(Sci::SCI_LINESONSCREEN));
+    const TextPositions &positions = m_view.positions();
+    const qsizetype length = positions.utf16Length();
+    if (length == 0)
+        return;
+    const TextRange visible = visibleRange();
+    const qsizetype from = std::max<qsizetype>(0, visible.location - SyntaxHighlighter::kPaintMargin);
+    const qsizetype to = std::min(length, visible.end() + SyntaxHighlighter::kPaintMargin);
+    const TextRange paint{from, to - from};
+
+    const long fromByte = long(positions.toByte(paint.location));
+    const long toByte = long(positions.toByte(paint.end()));
+    m_pane->SendScintilla(Sci::SCI_STARTSTYLING, fromByte, 0L);
+    m_pane->SendScintilla(Sci::SCI_SETSTYLING, toByte - fromByte, 0L);
+    if (length > SyntaxHighlighter::kNoHighlightLimit)
+        return;
+
+    // Tokens come sorted, so one forward walk over the painted bytes converts every boundary.
+    const auto *bytes = reinterpret_cast<const unsigned char *>(m_pane->SendScintilla(
+        Sci::SCI_GETRANGEPOINTER, static_cast<unsigned long>(fromByte), toByte - fromByte));
+    long cursorByte = 0;
+    qsizetype cursorUnit = paint.location;
+    auto byteAt = [&](qsizetype unit) {
+        while (cursorUnit < unit && fromByte + cursorByte < toByte) {
+            const unsigned char lead = bytes[cursorByte];
+            const int size = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+            cursorByte += size;
+            cursorUnit += size == 4 ? 2 : 1;
+        }
+        return fromByte + cursorByte;
+    };
+    for (const Token &token : highlighter.tokensIn(paint)) {
+        const qsizetype start = std::max<qsizetype>(token.location, paint.location);
+        const qsizetype end = std::min<qsizetype>(token.end(), paint.end());
+        if (end <= start)
+            continue;
+        const long startByte = byteAt(start);
+        const long endByte = byteAt(end);
+        m_pane->SendScintilla(Sci::SCI_STARTSTYLING, startByte, 0L);
+        m_pane->SendScintilla(Sci::SCI_SETSTYLING, endByte - startByte,
+                              long(kFirstTokenStyle + int(token.kind)));
+    }
+}
+
+} // namespace mirtex
