@@ -2,6 +2,9 @@
 
 #include "core/app/Preferences.h"
 #include "core/document/TextCodec.h"
+#include "core/languages/Language.h"
+#include "core/languages/SyntaxHighlighter.h"
+#include "core/languages/Tokenizer.h"
 #include "ui/app/Alerts.h"
 #include "ui/app/AppDelegate.h"
 #include "ui/app/SelfTestRunner.h"
@@ -10,7 +13,10 @@
 #include "ui/editor/EditorPane.h"
 #include "ui/editor/EditorView.h"
 
+#include <QApplication>
 #include <QDir>
+#include <QElapsedTimer>
+#include <QRandomGenerator>
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
@@ -137,6 +143,48 @@ void checkLaunch(SelfTestRunner &t, const QString &folder)
             QStringLiteral("uscita: domande o salvataggi sbagliati"));
 }
 
+void checkSyntax(SelfTestRunner &t, const QString &folder)
+{
+    t.section(QStringLiteral("Sintassi"));
+    const QString sample = mixedSampleText();
+    for (const LanguagePtr &language : Language::all()) {
+        t.check(tokensAreValid(tokenize(*language, sample), sample.size()),
+                language->name() + QStringLiteral(": colori sovrapposti o fuori dal testo"));
+    }
+
+    // Random typing and deleting in a text too long to re-colour whole on every edit.
+    Preferences prefs(folder + QStringLiteral("/syntax.conf"));
+    QString longText;
+    while (longText.size() <= SyntaxHighlighter::kSynchronousLimit + 10'000)
+        longText += sample + u'\n';
+    const QByteArray utf8 = longText.toUtf8();
+    QRandomGenerator random(20261122);
+    for (const LanguagePtr &language : Language::all()) {
+        EditorView editor(prefs);
+        editor.loadText(utf8);
+        editor.setLanguage(language);
+        EditorPane *pane = editor.primaryPane();
+        bool valid = true;
+        for (int step = 0; step < 30 && valid; ++step) {
+            const long length = pane->SendScintilla(QsciScintillaBase::SCI_GETLENGTH);
+            pane->SendScintilla(QsciScintillaBase::SCI_GOTOPOS, long(random.bounded(int(length))));
+            if (random.bounded(3) == 0) {
+                pane->SendScintilla(QsciScintillaBase::SCI_DELETEBACK);
+            } else {
+                static const char *const kPieces[] = {"\"", "/*", "*/", "\n", "x", "#", "'", "<a>", "é", "😀"};
+                pane->SendScintilla(QsciScintillaBase::SCI_REPLACESEL, kPieces[random.bounded(10)]);
+            }
+            valid = tokensAreValid(editor.highlighter().tokens(), editor.textLength());
+        }
+        QElapsedTimer waited;
+        waited.start();
+        while (valid && editor.highlighter().isPassPending() && waited.elapsed() < 5000)
+            QApplication::processEvents(QEventLoop::AllEvents, 20);
+        valid = valid && tokensAreValid(editor.highlighter().tokens(), editor.textLength());
+        t.check(valid, language->name() + QStringLiteral(": colori della sintassi incoerenti"));
+    }
+}
+
 } // namespace
 
 int SelfTest::run()
@@ -147,6 +195,7 @@ int SelfTest::run()
     checkDocuments(t, folder.path());
     checkLaunch(t, folder.path());
     checkCodec(t);
+    checkSyntax(t, folder.path());
     Alerts::instance().endScript();
     return t.finish();
 }

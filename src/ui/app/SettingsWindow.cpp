@@ -1,6 +1,8 @@
 #include "ui/app/SettingsWindow.h"
 
 #include "core/app/Preferences.h"
+#include "core/languages/Theme.h"
+#include "ui/app/AppearanceController.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -33,7 +35,8 @@ SettingsWindow::SettingsWindow(Preferences &prefs, QWidget *parent)
     : QDialog(parent)
     , m_prefs(prefs)
     , m_sessionNote(note({}))
-    , m_themeArea(new QWidget)
+    , m_theme(new QComboBox)
+    , m_themePreview(new QLabel)
 {
     setObjectName(QStringLiteral("mirtex.settings"));
     setWindowTitle(tr("Impostazioni di Mirtex++"));
@@ -103,11 +106,46 @@ SettingsWindow::SettingsWindow(Preferences &prefs, QWidget *parent)
     fileLayout->addWidget(note(tr("Ctrl+Shift+V mostra o nasconde l'anteprima; da lì puoi anche esportare in PDF.")));
     layout->addWidget(files);
 
-    new QVBoxLayout(m_themeArea);
-    m_themeArea->layout()->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(m_themeArea);
+    auto *themeBox = new QGroupBox(tr("Tema"));
+    auto *themeLayout = new QFormLayout(themeBox);
+    for (const ThemeChoice &choice : Theme::choices())
+        m_theme->addItem(choice.name, choice.id);
+    m_theme->setCurrentIndex(std::max(0, m_theme->findData(prefs.themeID())));
+    connect(m_theme, &QComboBox::currentIndexChanged, this, [this]() {
+        m_prefs.setThemeID(m_theme->currentData().toString());
+    });
+    connect(&m_prefs, &Preferences::changed, this, [this](const QString &key) {
+        if (key != QLatin1String("theme"))
+            return;
+        const QSignalBlocker block(m_theme);
+        m_theme->setCurrentIndex(std::max(0, m_theme->findData(m_prefs.themeID())));
+        refreshThemePreview();
+    });
+    m_themePreview->setTextFormat(Qt::RichText);
+    m_themePreview->setAutoFillBackground(true);
+    m_themePreview->setContentsMargins(8, 6, 8, 6);
+    themeLayout->addRow(tr("Tema:"), m_theme);
+    themeLayout->addRow(tr("Anteprima del tema"), m_themePreview);
+    layout->addWidget(themeBox);
+    refreshThemePreview();
     layout->addStretch(1);
     refreshSessionNote();
+}
+
+void SettingsWindow::refreshThemePreview()
+{
+    const Theme &theme = Theme::resolve(m_prefs.themeID(), AppearanceController::systemIsDark());
+    auto span = [&theme](TokenKind kind, const QString &text) {
+        return QStringLiteral("<span style=\"color:%1\">%2</span>").arg(theme.color(kind).hexName(), text.toHtmlEscaped());
+    };
+    const QString line = span(TokenKind::keyword, QStringLiteral("let")) + QStringLiteral(" saluto = ")
+                         + span(TokenKind::string, QStringLiteral("\"Ciao, \\(nome)!\""))
+                         + QStringLiteral(" ") + span(TokenKind::comment, QStringLiteral("// 3 volte"));
+    m_themePreview->setText(QStringLiteral("<span style=\"font-family:monospace; color:%1\">%2</span>")
+                                .arg(theme.text.hexName(), line));
+    QPalette palette = m_themePreview->palette();
+    palette.setColor(QPalette::Window, QColor::fromRgba(theme.background.argb()));
+    m_themePreview->setPalette(palette);
 }
 
 void SettingsWindow::refreshSessionNote()

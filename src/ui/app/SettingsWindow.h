@@ -17,15 +17,14 @@ class SettingsWindow : public QDialog
 public:
     SettingsWindow(Preferences &prefs, QWidget *parent = nullptr);
 
-    // Where a theme chooser and its preview go (added by the themes' own code).
-    QWidget *themeArea() const { return m_themeArea; }
-
 private:
     void refreshSessionNote();
+    void refreshThemePreview();
 
     Preferences &m_prefs;
     QLabel *m_sessionNote;
-    QWidget *m_themeArea;
+    QComboBox *m_theme;
+    QLabel *m_themePreview;
 };
 
 } // namespace mirtex
