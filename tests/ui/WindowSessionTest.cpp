@@ -1,0 +1,129 @@
+// The session of a real main window: what comes back after a restart, and what is kept on disk.
+#include "core/app/Preferences.h"
+#include "ui/app/WindowSession.h"
+#include "ui/document/DocumentTab.h"
+#include "ui/document/MainWindow.h"
+#include "ui/editor/EditorAnnotations.h"
+#include "ui/editor/EditorPane.h"
+#include "ui/editor/EditorView.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace mirtex;
+
+namespace {
+
+void writeFile(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+}
+
+void type(DocumentTab *tab, const char *text)
+{
+    tab->editor()->primaryPane()->SendScintilla(QsciScintillaBase::SCI_REPLACESEL, text);
+}
+
+class WindowSessionTest : public ::testing::Test
+{
+protected:
+    QTemporaryDir dir;
+    QString state = dir.filePath(QStringLiteral("state"));
+    Preferences prefs{dir.filePath(QStringLiteral("prefs.conf"))};
+
+    QStringList backups() const
+    {
+        return QDir(state + QStringLiteral("/backup")).entryList(QDir::Files);
+    }
+};
+
+} // namespace
+
+TEST_F(WindowSessionTest, UnsavedTextComesBackModifiedAndCleanFilesComeFromDisk)
+{
+    const QString edited = dir.filePath(QStringLiteral("edited.txt"));
+    const QString clean = dir.filePath(QStringLiteral("clean.py"));
+    writeFile(edited, "riga uno\nriga due\n");
+    writeFile(clean, "print('ciao')\n");
+    {
+        MainWindow window(prefs);
+        WindowSession session(prefs, state);
+        type(window.newDocument(), "mai salvato");
+        DocumentTab *editedTab = window.openPath(edited);
+        type(editedTab, "aggiunta ");
+        editedTab->editor()->annotations().setBookmarkedLines({1});
+        editedTab->editor()->setSplit(Qt::Vertical);
+        window.openPath(clean);
+        window.selectIndex(1);
+        session.write(window);
+        EXPECT_EQ(backups().size(), 2) << "only the two modified tabs need a backup";
+    }
+    MainWindow window(prefs);
+    WindowSession session(prefs, state);
+    ASSERT_TRUE(session.restore(window));
+    const auto tabs = window.documents();
+    ASSERT_EQ(tabs.size(), 3);
+    EXPECT_EQ(tabs[0]->editor()->text(), QStringLiteral("mai salvato"));
+    EXPECT_TRUE(tabs[0]->document().isDirty());
+    EXPECT_EQ(tabs[0]->document().untitledName(), QStringLiteral("nuovo 1"));
+    EXPECT_EQ(tabs[1]->editor()->text(), QStringLiteral("aggiunta riga uno\nriga due\n"));
+    EXPECT_TRUE(tabs[1]->document().isDirty());
+    EXPECT_EQ(tabs[1]->editor()->annotations().bookmarkedLines(), std::vector<qsizetype>{1});
+    EXPECT_EQ(tabs[1]->editor()->split(), Qt::Vertical);
+    EXPECT_FALSE(tabs[2]->document().isDirty());
+    EXPECT_EQ(tabs[2]->document().languageId(), QStringLiteral("python"));
+    EXPECT_EQ(window.currentIndex(), 1);
+
+    // Undoing the restored edit back to the file's text makes the tab clean again.
+    tabs[1]->editor()->primaryPane()->SendScintilla(QsciScintillaBase::SCI_SETSEL, 0L, 9L);
+    tabs[1]->editor()->primaryPane()->SendScintilla(QsciScintillaBase::SCI_REPLACESEL, "");
+    EXPECT_FALSE(tabs[1]->document().isDirty());
+}
+
+TEST_F(WindowSessionTest, ClosedTabLeavesNoBackupAndGoneFilesAreSkipped)
+{
+    const QString gone = dir.filePath(QStringLiteral("gone.txt"));
+    writeFile(gone, "presto sparirà\n");
+    {
+        MainWindow window(prefs);
+        WindowSession session(prefs, state);
+        DocumentTab *untitled = window.newDocument();
+        type(untitled, "da chiudere");
+        window.openPath(gone);
+        session.write(window);
+        ASSERT_EQ(backups().size(), 1);
+        window.discardDocument(untitled);
+        session.write(window);
+        EXPECT_TRUE(backups().isEmpty());
+    }
+    QFile::remove(gone);
+    MainWindow window(prefs);
+    WindowSession session(prefs, state);
+    EXPECT_FALSE(session.restore(window)) << "a clean tab whose file is gone has nothing to restore";
+    EXPECT_TRUE(window.documents().isEmpty());
+}
+
+TEST_F(WindowSessionTest, EarlierFormatRestoresOneTab)
+{
+    QDir().mkpath(state + QStringLiteral("/backup"));
+    writeFile(state + QStringLiteral("/backup/x.txt"), "testo");
+    writeFile(state + QStringLiteral("/session.json"),
+              R"({"entries":[{"id":"x","hasBackup":true,"encoding":"utf8","lineEnding":"lf",)"
+              R"("language":"text","selection":[0,99],"scroll":0,"bookmarks":[7],"readOnly":false}],)"
+              R"("selected":5})");
+    MainWindow window(prefs);
+    WindowSession session(prefs, state);
+    ASSERT_TRUE(session.restore(window));
+    ASSERT_EQ(window.documents().size(), 1);
+    DocumentTab *tab = window.documents().first();
+    EXPECT_EQ(tab->editor()->text(), QStringLiteral("testo"));
+    EXPECT_EQ(tab->document().encoding().id(), QStringLiteral("4"));
+    EXPECT_EQ(tab->document().untitledName(), QStringLiteral("nuovo 1"));
+    EXPECT_EQ(tab->editor()->selection(), (TextRange{0, 5})) << "the selection is clamped to the text";
+    EXPECT_TRUE(tab->editor()->annotations().bookmarkedLines().empty());
+}
