@@ -1,5 +1,7 @@
 #include "core/app/UrlEvent.h"
 
+#include "support/QStringPrinter.h"
+
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
@@ -95,8 +97,8 @@ TEST_F(UrlEventFilesTest, PathIsReadAndOnlyTemporaryFilesDeleted)
         EXPECT_EQ(event.resolveText(at(u"tmp"_s)), c.text);
         EXPECT_EQ(QFile::exists(c.path), c.remains);
     }
-    // A text item needs no file at all.
-    EXPECT_EQ((UrlEvent{Kind::text, u"x"_s}.resolveText(at(u"tmp"_s))), u"x"_s);
+    // A text item needs no file; its line breaks become LF like a file's.
+    EXPECT_EQ((UrlEvent{Kind::text, u"a\r\nb\rc\n"_s}.resolveText(at(u"tmp"_s))), u"a\nb\nc\n"_s);
 }
 
 TEST_F(UrlEventFilesTest, InsideTheTemporaryFolderMeansReallyInside)
