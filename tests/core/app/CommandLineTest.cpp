@@ -1,5 +1,7 @@
 #include "core/app/CommandLine.h"
 
+#include "support/QStringPrinter.h"
+
 #include <gtest/gtest.h>
 
 using namespace mirtex;

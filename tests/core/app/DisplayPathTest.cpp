@@ -1,5 +1,7 @@
 #include "core/app/DisplayPath.h"
 
+#include "support/QStringPrinter.h"
+
 #include <gtest/gtest.h>
 
 using namespace mirtex;

@@ -2,6 +2,7 @@
 
 #include "core/document/FileNaming.h"
 #include "support/FakeDocumentText.h"
+#include "support/QStringPrinter.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,6 +1,7 @@
 #include "ui/document/MainWindow.h"
 
 #include "core/app/Preferences.h"
+#include "support/QStringPrinter.h"
 #include "ui/app/Alerts.h"
 #include "ui/app/AppDelegate.h"
 #include "ui/document/DocumentTab.h"

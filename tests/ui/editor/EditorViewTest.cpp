@@ -1,6 +1,7 @@
 #include "ui/editor/EditorView.h"
 
 #include "core/app/Preferences.h"
+#include "support/QStringPrinter.h"
 #include "support/TextRangePrinter.h"
 #include "ui/document/DocumentTab.h"
 #include "ui/editor/EditorPane.h"
