@@ -1,6 +1,7 @@
 #include "core/app/UrlEvent.h"
 
 #include "support/QStringPrinter.h"
+#include "support/TestFiles.h"
 
 #include <QDir>
 #include <QFile>
@@ -13,13 +14,6 @@ using namespace Qt::StringLiterals;
 using Kind = UrlEvent::Kind;
 
 namespace {
-
-void writeFile(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    ASSERT_EQ(file.write(bytes), bytes.size());
-}
 
 // A stand-in for the system's temporary folder ("tmp") next to an ordinary one ("home").
 class UrlEventFilesTest : public ::testing::Test

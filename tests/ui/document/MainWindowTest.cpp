@@ -2,6 +2,7 @@
 
 #include "core/app/Preferences.h"
 #include "support/QStringPrinter.h"
+#include "support/TestFiles.h"
 #include "ui/app/Alerts.h"
 #include "ui/app/AppDelegate.h"
 #include "ui/document/DocumentTab.h"
@@ -19,13 +20,6 @@ using namespace mirtex;
 using namespace Qt::StringLiterals;
 
 namespace {
-
-void writeFile(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    ASSERT_EQ(file.write(bytes), bytes.size());
-}
 
 void type(EditorPane *pane, const QString &text)
 {
