@@ -57,10 +57,10 @@ QString generatedCSource(int lineCount)
             text += u"    return (int)d + c;\n";
             break;
         case 10:
-            text += u"}\n";
+            text += u"}  /* end of fn_" + n + u" */\n";
             break;
         default:
-            text += u"\n";
+            text += u"    total += fn_" + n + u"(count, \"label\") * 2; /* sum */\n";
             break;
         }
     }

@@ -43,8 +43,9 @@ bool UrlEvent::isInsideFolder(const QString &path, const QString &folder)
 
 std::optional<QString> UrlEvent::resolveText(const QString &tempDir) const
 {
+    // Editors hold LF-only text; CR LF left in would be written as CR CR LF in a CRLF file.
     if (kind == Kind::text)
-        return value;
+        return TextCodec::normalizeLineEndings(value);
     QFile file(value);
     if (!file.open(QIODevice::ReadOnly))
         return std::nullopt;

@@ -19,8 +19,8 @@ struct UrlEvent
     // Nothing for another scheme, no scheme, or neither a "path" with a value nor a "text" item.
     static std::optional<UrlEvent> parse(const QString &url);
 
-    // The text to open: the value of "text", or the decoded content of "path" (nothing when the
-    // file cannot be read or decoded). `tempDir` is the system's temporary folder.
+    // The text to open, with LF line breaks: the value of "text", or the decoded content of
+    // "path" (nothing when the file cannot be read or decoded). `tempDir` is the system's temporary folder.
     std::optional<QString> resolveText(const QString &tempDir) const;
 
     // True when `path` really lies inside `folder`, after resolving "..", "." and symbolic links.

@@ -178,7 +178,9 @@ std::expected<void, DocumentError> Document::write(const QString &path,
     QSaveFile out(path);
     if (!out.open(QIODevice::WriteOnly))
         return std::unexpected(DocumentError::writeFailed(path, out.errorString()));
-    if (out.write(*bytes) != bytes->size()) {
+    // Flushed here because commit() does not notice a short write of the buffered bytes (disk
+    // full, quota, file size limit) and would replace the file with a truncated one.
+    if (out.write(*bytes) != bytes->size() || !out.flush()) {
         const QString why = out.errorString();
         out.cancelWriting();
         return std::unexpected(DocumentError::writeFailed(path, why));

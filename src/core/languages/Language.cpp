@@ -86,50 +86,6 @@ constexpr std::array<Interpreter, 6> kFirstLinePrefixes{{
     {u"--- ", u"diff"},
 }};
 
-// A prefix tree of the words as nested alternations: "(?:do(?:uble)?|else)".
-QString prefixTree(const QStringList &words)
-{
-    QList<QChar> firsts;
-    QHash<QChar, QStringList> rests;
-    bool hasEmpty = false;
-    for (const QString &word : words) {
-        if (word.isEmpty()) {
-            hasEmpty = true;
-            continue;
-        }
-        if (!rests.contains(word.front()))
-            firsts.append(word.front());
-        rests[word.front()].append(word.mid(1));
-    }
-    QStringList branches;
-    for (const QChar first : firsts) {
-        const QStringList &rest = rests[first];
-        branches.append(first + (rest.size() == 1 ? rest.front() : prefixTree(rest)));
-    }
-    if (branches.size() == 1 && !hasEmpty)
-        return branches.front();
-    return u"(?:" + branches.join(u'|') + u')' + (hasEmpty ? u"?" : u"");
-}
-
-bool isAsciiWord(const QString &word)
-{
-    return std::all_of(word.cbegin(), word.cend(), [](QChar ch) {
-        return (ch >= u'a' && ch <= u'z') || (ch >= u'A' && ch <= u'Z')
-               || (ch >= u'0' && ch <= u'9') || ch == u'_';
-    });
-}
-
-// The pattern scanned for one rule. A word list whose words are all letters, digits and "_" can
-// match only the whole run of such characters at a position, so the order of its alternatives
-// does not matter and a prefix tree matches exactly the same, with far less backtracking.
-QString scanPattern(const LanguageRule &rule)
-{
-    if (rule.words.isEmpty() || !std::all_of(rule.words.cbegin(), rule.words.cend(), isAsciiWord))
-        return rule.pattern;
-    const QString pattern = u"(?<![\\w$])" + prefixTree(rule.words) + u"(?![\\w$])";
-    return rule.pattern.startsWith(u"(?i:") ? u"(?i:" + pattern + u')' : pattern;
-}
-
 std::unique_ptr<icu::RegexPattern> compiled(const QString &source, UErrorCode &status, int &offset)
 {
     UParseError parseError{};
@@ -238,11 +194,17 @@ const icu::RegexPattern *Language::regex() const
         UErrorCode status = U_ZERO_ERROR;
         int offset = 0;
         std::unique_ptr<icu::RegexPattern> joined = compiled(groups.join(u'|'), status, offset);
-        std::vector<std::unique_ptr<icu::RegexPattern>> perRule;
+        std::vector<RuleScanner> scanners;
         for (qsizetype i = 0; joined && i < m_def.rules.size(); ++i) {
-            perRule.push_back(compiled(scanPattern(m_def.rules[i]), status, offset));
-            if (!perRule.back())
+            const LanguageRule &rule = m_def.rules[i];
+            RuleScanner scanner;
+            if (WordListScanner::canScan(rule.words)) {
+                scanner.words = std::make_unique<WordListScanner>(rule.words,
+                                                                  rule.pattern.startsWith(u"(?i:"));
+            } else if (!(scanner.pattern = compiled(rule.pattern, status, offset))) {
                 joined.reset();
+            }
+            scanners.push_back(std::move(scanner));
         }
         if (!joined) {
             qWarning().noquote() << QStringLiteral("Mirtex: bad pattern for %1: %2 (offset %3)")
@@ -251,15 +213,15 @@ const icu::RegexPattern *Language::regex() const
             return;
         }
         m_regex = std::move(joined);
-        m_rulePatterns = std::move(perRule);
+        m_ruleScanners = std::move(scanners);
     });
     return m_regex.get();
 }
 
-const std::vector<std::unique_ptr<icu::RegexPattern>> &Language::rulePatterns() const
+const std::vector<Language::RuleScanner> &Language::ruleScanners() const
 {
     regex();
-    return m_rulePatterns;
+    return m_ruleScanners;
 }
 
 const QList<LanguagePtr> &Language::all()

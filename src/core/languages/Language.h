@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/languages/LanguageRule.h"
+#include "core/languages/WordListScanner.h"
 
 #include <QList>
 #include <QSet>
@@ -77,10 +78,17 @@ public:
 
     bool hasRegex() const { return regex() != nullptr; }
 
-    // One compiled pattern per rule, each matching exactly what its alternative of regex() matches
-    // (word lists factored by common prefixes). Empty when regex() is null. Scanning with these
-    // keeps ICU's first-character filter per rule, which one large alternation loses.
-    const std::vector<std::unique_ptr<icu::RegexPattern>> &rulePatterns() const;
+    // How the tokenizer finds each rule's matches, exactly those of its alternative in regex():
+    // its own compiled pattern, or a word-run lookup for a plain word list. Empty when regex() is
+    // null. Scanning rule by rule keeps ICU's first-character filter, which one large alternation
+    // loses.
+    struct RuleScanner
+    {
+        std::unique_ptr<icu::RegexPattern> pattern;
+        std::unique_ptr<WordListScanner> words; // set instead of pattern for plain word lists
+    };
+
+    const std::vector<RuleScanner> &ruleScanners() const;
 
     // The table, in menu order; built on first access, thread-safe.
     static const QList<LanguagePtr> &all();
@@ -98,7 +106,7 @@ private:
     QStringList m_completionWords;
     mutable std::once_flag m_regexOnce;
     mutable std::unique_ptr<icu::RegexPattern> m_regex;
-    mutable std::vector<std::unique_ptr<icu::RegexPattern>> m_rulePatterns;
+    mutable std::vector<RuleScanner> m_ruleScanners;
 };
 
 } // namespace mirtex

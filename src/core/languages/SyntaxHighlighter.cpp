@@ -255,6 +255,7 @@ void SyntaxHighlighter::installPass(quint64 generation,
     if (generation != m_generation || language != m_language)
         return; // a newer edit, rehighlight or language superseded this pass
     m_tokens.assign(tokens);
+    m_pendingEdits.clear(); // an open batch's edits so far are already in these tokens
     repaint();
     if (m_onTokensChanged)
         m_onTokensChanged();

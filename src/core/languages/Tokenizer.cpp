@@ -74,8 +74,8 @@ QList<Token> tokenizeWithJoinedExpression(const Language &language, QStringView 
 
 QList<Token> tokenize(const Language &language, QStringView text)
 {
-    const std::vector<std::unique_ptr<icu::RegexPattern>> &patterns = language.rulePatterns();
-    if (patterns.empty() || text.isEmpty())
+    const std::vector<Language::RuleScanner> &scanners = language.ruleScanners();
+    if (scanners.empty() || text.isEmpty())
         return {};
     const QList<TokenKind> kinds = language.ruleKinds();
     const qint64 length = text.size();
@@ -86,15 +86,19 @@ QList<Token> tokenize(const Language &language, QStringView text)
 
     struct RuleScan
     {
+        const WordListScanner *words = nullptr;
         std::unique_ptr<icu::RegexMatcher> matcher;
         qint64 start = -1; // of the rule's first match at or after the scan position
         qint64 end = -1;
         bool exhausted = false;
     };
 
-    std::vector<RuleScan> scans(patterns.size());
-    for (std::size_t i = 0; i < patterns.size(); ++i) {
-        scans[i].matcher.reset(patterns[i]->matcher(status));
+    std::vector<RuleScan> scans(scanners.size());
+    for (std::size_t i = 0; i < scanners.size(); ++i) {
+        scans[i].words = scanners[i].words.get();
+        if (scans[i].words)
+            continue;
+        scans[i].matcher.reset(scanners[i].pattern->matcher(status));
         if (U_FAILURE(status))
             return {};
         scans[i].matcher->reset(input.get());
@@ -113,7 +117,15 @@ QList<Token> tokenize(const Language &language, QStringView text)
             RuleScan &scan = scans[i];
             if (scan.exhausted)
                 continue;
-            if (scan.start < position) {
+            if (scan.start < position && scan.words) {
+                const std::optional<TextRange> match = scan.words->nextMatch(text, position);
+                if (!match) {
+                    scan.exhausted = true;
+                    continue;
+                }
+                scan.start = match->location;
+                scan.end = match->end();
+            } else if (scan.start < position) {
                 status = U_ZERO_ERROR;
                 if (!scan.matcher->find(position, status) || U_FAILURE(status)) {
                     scan.exhausted = true;

@@ -37,11 +37,15 @@ TEST(LanguageTable, EveryLanguageCompilesWithOneGroupPerRule)
 TEST(LanguageTable, RuleByRuleScanAgreesWithTheJoinedExpression)
 {
     const QStringList pieces
-        = {"/*",  "*/",  "//",   "#",   "\"",   "'",          "`",      "\"\"\"", "'''", "\n",
-           " ",   "\t",  "0x1F", "1.5", "_",    "$",          "@",      "<",      ">",   "/",
-           "=",   ":",   "-",    "--",  "[[",   "]]",         "{",      "}",      "!",   "%",
-           "if",  "int", "def",  "end", "true", "echo",       "SELECT", "\\",     "r\"", "<!--",
-           "-->", "---", "```",  "**",  "é",    "\U0001F600", "x",      "Rem",    "@@",  "#!"};
+        = {"/*",     "*/",        "//",          "#",          "\"",     "'",         "`",
+           "\"\"\"", "'''",       "\n",          " ",          "\t",     "0x1F",      "1.5",
+           "_",      "$",         "@",           "<",          ">",      "/",         "=",
+           ":",      "-",         "--",          "[[",         "]]",     "{",         "}",
+           "!",      "%",         "if",          "int",        "def",    "end",       "true",
+           "echo",   "SELECT",    "\\",          "r\"",        "<!--",   "-->",       "---",
+           "```",    "**",        "é",           "\U0001F600", "x",      "Rem",       "@@",
+           "#!",     "cla\u00df", "\u017felect", "\u212aey",   "\u0301", "\u00e9lse", "els\u00e9",
+           "$x"};
     QRandomGenerator random(17);
     for (int round = 0; round < 40; ++round) {
         QString text = round == 0 ? mixedSampleText() : QString();

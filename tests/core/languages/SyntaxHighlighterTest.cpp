@@ -200,6 +200,19 @@ TEST(SyntaxHighlighter, APassOvertakenByAnEditOrALanguageIsDropped)
     }
 }
 
+TEST(SyntaxHighlighter, APassLandingInsideABatchIsNotShiftedAgainAtItsEnd)
+{
+    FakeTarget target(QStringLiteral("int a = 1;\n").repeated(5000));
+    SyntaxHighlighter highlighter(&target, cLanguage());
+    highlighter.rehighlight();
+    highlighter.beginBatch();
+    edit(target, highlighter, 22, 0, QStringLiteral("xyz "));
+    // The pass queued by the rehighlight starts now, sees the edited text and is installed.
+    ASSERT_TRUE(waitUntil([&] { return !highlighter.isPassPending(); }));
+    highlighter.endBatch();
+    EXPECT_EQ(highlighter.tokens(), tokenize(*cLanguage(), target.content));
+}
+
 TEST(SyntaxHighlighter, LimitsPlainTextAndTargetsThatGoAway)
 {
     {
