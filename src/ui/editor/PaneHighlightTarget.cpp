@@ -15,11 +15,13 @@ PaneHighlightTarget::PaneHighlightTarget(EditorView &view, EditorPane *pane, Syn
     , m_pane(pane)
     , m_highlighter(highlighter)
 {
-    // Newly exposed text is painted as the pane scrolls or grows.
+    // Repainted once an edit's notifications are over (never inside them), and when the pane
+    // scrolls or grows and exposes other text.
     connect(pane, &Sci::SCN_UPDATEUI, this, [this]() {
         const int first = int(m_pane->SendScintilla(Sci::SCI_GETFIRSTVISIBLELINE));
         const int lines = int(m_pane->SendScintilla(Sci::SCI_LINESONSCREEN));
-        if (first != m_lastFirstLine || lines != m_lastLinesOnScreen)
+        if (first != m_lastFirstLine || lines != m_lastLinesOnScreen
+            || m_highlighter.generation() != m_paintedGeneration)
             paintTokens(m_highlighter);
     });
 }
@@ -49,6 +51,7 @@ TextRange PaneHighlightTarget::visibleRange() const
 
 void PaneHighlightTarget::paintTokens(const SyntaxHighlighter &highlighter)
 {
+    m_paintedGeneration = highlighter.generation();
     m_lastFirstLine = int(m_pane->SendScintilla(Sci::SCI_GETFIRSTVISIBLELINE));
     m_lastLinesOnScreen = int(m_pane->SendScintilla(Sci::SCI_LINESONSCREEN));
     const TextPositions &positions = m_view.positions();

@@ -35,6 +35,7 @@ private:
     SyntaxHighlighter &m_highlighter;
     int m_lastFirstLine = -1;
     int m_lastLinesOnScreen = -1;
+    quint64 m_paintedGeneration = ~quint64(0);
 };
 
 } // namespace mirtex
