@@ -2,6 +2,7 @@
 
 #include "core/app/DisplayPath.h"
 #include "core/app/Preferences.h"
+#include "core/document/CharacterSetTable.h"
 #include "core/document/FileNaming.h"
 #include "ui/app/Alerts.h"
 #include "ui/document/DocumentTab.h"
@@ -211,9 +212,12 @@ QString MainWindow::nextUntitledName() const
 
 DocumentTab *MainWindow::newDocument(const QString &text)
 {
-    const TextEncoding encoding
-        = TextEncoding::fromId(m_prefs.defaultEncodingID()).value_or(TextEncoding::utf8());
-    auto *tab = new DocumentTab(m_prefs, text.toUtf8(), std::nullopt, encoding,
+    // A well-formed identifier may still name a set we cannot convert: such a document could
+    // never be saved in its own encoding.
+    auto encoding = TextEncoding::fromId(m_prefs.defaultEncodingID());
+    if (!encoding || !findCharacterSet(encoding->encoding))
+        encoding = TextEncoding::utf8();
+    auto *tab = new DocumentTab(m_prefs, text.toUtf8(), std::nullopt, *encoding,
                                 lineEndingFromPreference(m_prefs.defaultLineEndingID()),
                                 nextUntitledName());
     addDocument(tab);

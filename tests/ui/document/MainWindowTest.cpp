@@ -184,6 +184,31 @@ TEST_F(MainWindowTest, AFileChangedOnDiskIsReloadedOrIgnored)
     EXPECT_EQ(asked().size(), 2u) << "an ignored change is asked about once";
 }
 
+TEST_F(MainWindowTest, NewDocumentsTakeTheDefaultFormat)
+{
+    const struct
+    {
+        QString encodingId;
+        QString endingId;
+        TextEncoding encoding;
+        LineEnding ending;
+    } cases[] = {
+        {u"12"_s, u"crlf"_s, TextEncoding::windows1252(), LineEnding::crlf},
+        {u"4+bom"_s, u"cr"_s, TextEncoding::utf8WithBom(), LineEnding::cr},
+        {u"999"_s, u"CRLF"_s, TextEncoding::utf8(), LineEnding::lf}, // names no encoding
+        {u"utf8"_s, QString(), TextEncoding::utf8(), LineEnding::lf},
+    };
+
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.encodingId.toStdString());
+        m_prefs->setDefaultEncodingID(c.encodingId);
+        m_prefs->setDefaultLineEndingID(c.endingId);
+        const Document &doc = m_window->newDocument()->document();
+        EXPECT_EQ(doc.encoding().id(), c.encoding.id());
+        EXPECT_EQ(doc.lineEnding(), c.ending);
+    }
+}
+
 TEST_F(MainWindowTest, AFolderOpensAsTheWorkspace)
 {
     ASSERT_TRUE(QDir(m_dir.path()).mkdir(u"project"_s));
