@@ -170,12 +170,12 @@ void Preferences::readAll()
 
 void Preferences::set(Field field, const QVariant &value)
 {
-    const FieldSpec &spec = fieldSpecs()[index(field)];
-    const QVariant typed = readAs(spec.kind, value);
+    const FieldSpec &info = fieldSpecs()[index(field)];
+    const QVariant typed = readAs(info.kind, value);
     if (typed == m_values[index(field)])
         return;
     m_values[index(field)] = typed;
-    const QString key = QLatin1StringView(spec.key);
+    const QString key = QLatin1StringView(info.key);
     m_settings->setValue(key, typed);
     Q_EMIT changed(key);
 }
