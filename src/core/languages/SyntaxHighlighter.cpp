@@ -198,7 +198,21 @@ bool SyntaxHighlighter::canHighlight(qint64 textLength) const
 
 void SyntaxHighlighter::retokenizeRange(const QString &text, TextRange range)
 {
-    const TextRange lines = lineRangeOf(text, range);
+    // Whole lines, except on a very long line (minified code): there only a window around the
+    // edit is repaired, so a keystroke never re-reads megabytes; the full pass that follows
+    // colours the line exactly.
+    const qint64 length = text.size();
+    qint64 start = std::clamp<qint64>(range.location, 0, length);
+    qint64 end = std::clamp<qint64>(range.end(), start, length);
+    const qint64 startLimit = std::max<qint64>(0, start - kLongLineRepairWindow);
+    const qint64 endLimit = std::min(length, end + kLongLineRepairWindow);
+    while (start > startLimit && text[start - 1] != u'\n')
+        --start;
+    while (end < endLimit && text[end] != u'\n')
+        ++end;
+    if (end < length && text[end] == u'\n')
+        ++end; // a line range holds its terminator
+    const TextRange lines{start, end - start};
     QList<Token> fresh
         = tokenize(*m_language, QStringView(text).sliced(lines.location, lines.length));
     for (Token &token : fresh)

@@ -30,6 +30,8 @@ public:
     static constexpr qint64 kBatchRepairLimit = 100'000;   // larger batches wait for the full pass
     static constexpr qint64 kPaintMargin = 3'000; // painted beyond the visible range, each side
     static constexpr int kPassDelayAfterEditMs = 300;
+    // On lines longer than this, an edit repairs only this much on each side of it.
+    static constexpr qint64 kLongLineRepairWindow = 10'000;
 
     SyntaxHighlighter(HighlightTarget *target, LanguagePtr language, QObject *parent = nullptr);
     ~SyntaxHighlighter() override;

@@ -268,3 +268,28 @@ TEST(SyntaxHighlighter, LineRangesIncludeTheirTerminator)
     for (const auto &c : cases)
         EXPECT_EQ(lineRangeOf(text, c.range), c.lines) << c.range.location << "+" << c.range.length;
 }
+
+TEST(SyntaxHighlighter, AnEditInAMinifiedLineRepairsOnlyAroundItself)
+{
+    // One 2,000,000-unit line: the repair must not re-read it all, yet the tokens stay valid and
+    // the full pass makes them exact.
+    QString line;
+    while (line.size() < 2'000'000)
+        line += QStringLiteral("a=\"s\";/*c*/b=1;");
+    FakeTarget target(line);
+    SyntaxHighlighter highlighter(&target, Language::byId(u"javascript"));
+    highlighter.rehighlight();
+    ASSERT_TRUE(waitUntil([&] { return !highlighter.isPassPending(); }));
+    const QList<Token> before = highlighter.tokens();
+
+    edit(target, highlighter, 1'000'000, 0, QStringLiteral("\""));
+    const QList<Token> after = highlighter.tokens();
+    ASSERT_TRUE(tokensAreValid(after, target.content.size()));
+    // Far from the edit nothing was re-tokenized: the unterminated quote has not coloured the
+    // rest of the line yet.
+    EXPECT_EQ(after.first(), before.first());
+    EXPECT_EQ(after.last().location, before.last().location + 1);
+    EXPECT_EQ(after.last().kind, before.last().kind);
+    ASSERT_TRUE(waitUntil([&] { return !highlighter.isPassPending(); }));
+    EXPECT_EQ(highlighter.tokens(), tokenize(*Language::byId(u"javascript"), target.content));
+}
