@@ -13,15 +13,42 @@
 
 namespace mirtex {
 
+namespace {
+// Reads the whole file into one buffer of its size. QIODevice::readAll grows its buffer by
+// doubling, which for a large file means a copy and up to twice the file size in memory. A file
+// that grows while it is read is read on to its end.
+std::optional<QByteArray> readWhole(QFile &file)
+{
+    QByteArray bytes(file.size(), Qt::Uninitialized);
+    qint64 filled = 0;
+    while (filled < bytes.size()) {
+        const qint64 got = file.read(bytes.data() + filled, bytes.size() - filled);
+        if (got < 0)
+            return std::nullopt;
+        if (got == 0)
+            break;
+        filled += got;
+    }
+    bytes.truncate(filled);
+    const QByteArray rest = file.readAll(); // normally empty
+    if (file.error() != QFileDevice::NoError)
+        return std::nullopt;
+    if (!rest.isEmpty())
+        bytes += rest;
+    return bytes;
+}
+} // namespace
+
 std::expected<LoadedFile, DocumentError>
 Document::read(const QString &path, std::optional<TextEncoding> forced, LineEnding fallbackEnding)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return std::unexpected(DocumentError::unreadable(path));
-    QByteArray bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError)
+    std::optional<QByteArray> read = readWhole(file);
+    if (!read)
         return std::unexpected(DocumentError::unreadable(path));
+    QByteArray bytes = std::move(*read);
     file.close();
 
     LoadedFile loaded;
