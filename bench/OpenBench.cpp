@@ -1,7 +1,10 @@
 // Opening a 100 MB UTF-8 log: reading and decoding it, the whole open through a main window up to
-// the first painted screen, and one keystroke in the middle of the loaded text. Peak memory is a
-// process-wide high-water mark: run one case per process to read it for that case, e.g.
+// the first painted screen, and keystrokes at the start, middle and end of the loaded text. Peak
+// memory is a process-wide high-water mark: run one case per process to read it for that case,
 //   mirtex-bench --benchmark_filter=OpenToFirstPaint
+// Keystroke times grow with the caret's offset: QScintilla's accessibility notice of every edit
+// (and of every caret move, once an accessible interface exists) counts the characters before it.
+// GLIBC_TUNABLES=glibc.malloc.hugetlb=1 shows how much of the open is page faults.
 #include "core/app/Preferences.h"
 #include "core/document/Document.h"
 #include "ui/document/DocumentTab.h"
