@@ -49,6 +49,29 @@ inline int decodeSequence(const uchar *p, const uchar *end, char16_t *&out)
     return 4;
 }
 
+// The length of the well-formed multi-byte sequence at `p` (lead byte >= 0x80), 0 when it is
+// ill-formed: the bounds of decodeSequence() without the decoding.
+inline int sequenceLength(const uchar *p, const uchar *end)
+{
+    const uint lead = p[0];
+    const qsizetype available = end - p;
+    if (lead < 0xE0)
+        return lead >= 0xC2 && available >= 2 && isContinuation(p[1]) ? 2 : 0;
+    if (lead < 0xF0) {
+        const uint low = lead == 0xE0 ? 0xA0 : 0x80;
+        const uint high = lead == 0xED ? 0x9F : 0xBF;
+        return available >= 3 && p[1] >= low && p[1] <= high && isContinuation(p[2]) ? 3 : 0;
+    }
+    if (lead > 0xF4)
+        return 0;
+    const uint low = lead == 0xF0 ? 0x90 : 0x80;
+    const uint high = lead == 0xF4 ? 0x8F : 0xBF;
+    return available >= 4 && p[1] >= low && p[1] <= high && isContinuation(p[2])
+                   && isContinuation(p[3])
+               ? 4
+               : 0;
+}
+
 // Bytes needed for `text` in UTF-8, assuming its surrogates are paired (checked while encoding).
 // Branch-free so the compiler can vectorise it.
 qsizetype encodedLength(QStringView text)
@@ -124,6 +147,68 @@ std::optional<QString> decode(QByteArrayView bytes, bool *containsCR)
     if (containsCR)
         *containsCR = sawCR;
     return text;
+}
+
+bool isValid(QByteArrayView bytes, bool *containsCR)
+{
+    const auto *p = reinterpret_cast<const uchar *>(bytes.data());
+    const uchar *const end = p + bytes.size();
+    bool sawCR = false;
+
+#if defined(__SSE2__)
+    // Large files are mostly ASCII: 64 bytes per round while no byte has its high bit set.
+    const __m128i carriageReturn = _mm_set1_epi8('\r');
+    __m128i crSeen = _mm_setzero_si128();
+    while (end - p >= 16) {
+        if (end - p >= 64) {
+            const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i *>(p));
+            const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i *>(p + 16));
+            const __m128i c = _mm_loadu_si128(reinterpret_cast<const __m128i *>(p + 32));
+            const __m128i d = _mm_loadu_si128(reinterpret_cast<const __m128i *>(p + 48));
+            const __m128i all = _mm_or_si128(_mm_or_si128(a, b), _mm_or_si128(c, d));
+            if (_mm_movemask_epi8(all) == 0) {
+                const __m128i crs = _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi8(a, carriageReturn),
+                                                              _mm_cmpeq_epi8(b, carriageReturn)),
+                                                 _mm_or_si128(_mm_cmpeq_epi8(c, carriageReturn),
+                                                              _mm_cmpeq_epi8(d, carriageReturn)));
+                crSeen = _mm_or_si128(crSeen, crs);
+                p += 64;
+                continue;
+            }
+        }
+        const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i *>(p));
+        crSeen = _mm_or_si128(crSeen, _mm_cmpeq_epi8(block, carriageReturn));
+        const uint nonAscii = uint(_mm_movemask_epi8(block));
+        if (nonAscii == 0) {
+            p += 16;
+            continue;
+        }
+        // The ASCII prefix was checked for CR with the block; validate the non-ASCII run.
+        p += __builtin_ctz(nonAscii);
+        do {
+            const int used = sequenceLength(p, end);
+            if (used == 0)
+                return false;
+            p += used;
+        } while (p < end && *p >= 0x80);
+    }
+    sawCR = _mm_movemask_epi8(crSeen) != 0;
+#endif
+
+    while (p < end) {
+        if (*p < 0x80) {
+            sawCR |= *p == '\r';
+            ++p;
+            continue;
+        }
+        const int used = sequenceLength(p, end);
+        if (used == 0)
+            return false;
+        p += used;
+    }
+    if (containsCR)
+        *containsCR = sawCR;
+    return true;
 }
 
 std::optional<QByteArray> encode(QStringView text)

@@ -16,6 +16,10 @@ namespace mirtex::Utf8Codec {
 // whether the bytes hold a CR, so callers can skip a separate scan. Thread-safe.
 std::optional<QString> decode(QByteArrayView bytes, bool *containsCR = nullptr);
 
+// Whether decode() would accept `bytes` (the same rules), without building the text. When
+// `containsCR` is given and the bytes are valid, it is set to whether they hold a CR. Thread-safe.
+bool isValid(QByteArrayView bytes, bool *containsCR = nullptr);
+
 // Encodes to UTF-8; an unpaired surrogate, which no encoding can represent, gives nothing.
 std::optional<QByteArray> encode(QStringView text);
 

@@ -5,6 +5,7 @@
 #include "ui/editor/EditorAnnotations.h"
 #include "ui/editor/PaneHighlightTarget.h"
 #include "ui/editor/EditorPane.h"
+#include "ui/editor/ScintillaDocuments.h"
 #include "ui/editor/TextPositions.h"
 
 #include <QSplitter>
@@ -15,6 +16,13 @@
 namespace mirtex {
 
 using Sci = QsciScintillaBase;
+
+namespace {
+// Texts longer than 8,000,000 UTF-16 units are never coloured, and a UTF-8 text of more than
+// three bytes per unit of that is sure to be longer. Their Scintilla document keeps no style
+// byte per character, which saves memory the size of the text.
+constexpr qsizetype kUnstyledAboveBytes = 3 * 8'000'000;
+} // namespace
 
 EditorView::EditorView(Preferences &prefs, QWidget *parent)
     : QWidget(parent)
@@ -78,8 +86,28 @@ EditorPane *EditorView::activePane() const
 void EditorView::loadText(const QByteArray &utf8)
 {
     m_loading = true;
+    // The first text goes in unobserved: QScintilla's accessibility notice of an insertion
+    // converts the whole inserted text to UTF-16 and counts characters up to it, and the undo
+    // history would copy it, only to be emptied. Room for some typing is reserved up front, so
+    // that the first keystroke does not reallocate the whole buffer.
+    const long eventMask = m_primary->SendScintilla(Sci::SCI_GETMODEVENTMASK);
+    m_primary->SendScintilla(Sci::SCI_SETMODEVENTMASK, 0L);
+    m_primary->SendScintilla(Sci::SCI_SETUNDOCOLLECTION, 0L);
     m_primary->SendScintilla(Sci::SCI_CLEARALL);
-    m_primary->SendScintilla(Sci::SCI_APPENDTEXT, static_cast<unsigned long>(utf8.size()), utf8.constData());
+    if (utf8.size() > kUnstyledAboveBytes) {
+        ScintillaDocuments::replaceWithUnstyled(m_primary);
+        m_positions->attachToCurrentDocument();
+        m_primary->SendScintilla(Sci::SCI_SETUNDOCOLLECTION, 0L);
+    }
+    m_primary->SendScintilla(Sci::SCI_ALLOCATE,
+                             static_cast<unsigned long>(utf8.size() + utf8.size() / 64 + 4096));
+    m_primary->SendScintilla(
+        Sci::SCI_APPENDTEXT, static_cast<unsigned long>(utf8.size()), utf8.constData());
+    m_primary->SendScintilla(Sci::SCI_SETUNDOCOLLECTION, 1L);
+    m_primary->SendScintilla(Sci::SCI_SETMODEVENTMASK, eventMask);
+    // What the pane would have announced had it seen the insertion (the gutter width follows).
+    Q_EMIT m_primary->textChanged();
+    Q_EMIT m_primary->linesChanged();
     m_primary->SendScintilla(Sci::SCI_EMPTYUNDOBUFFER);
     m_primary->SendScintilla(Sci::SCI_SETSAVEPOINT);
     m_primary->SendScintilla(Sci::SCI_GOTOPOS, 0L);
@@ -141,7 +169,7 @@ void EditorView::setSplit(std::optional<Qt::Orientation> orientation)
     if (m_secondary)
         return;
     m_secondary = makePane();
-    m_secondary->setDocument(m_primary->document());
+    ScintillaDocuments::share(m_primary, m_secondary);
     m_secondary->applyPreferences(m_prefs);
     m_secondary->applyColors(m_colors);
     m_annotations->configurePane(m_secondary);
@@ -261,10 +289,20 @@ bool EditorView::utf8Equals(const QByteArray &utf8) const
     const long length = m_primary->SendScintilla(Sci::SCI_GETLENGTH);
     if (length != utf8.size())
         return false;
-    if (length == 0)
-        return true;
-    const auto *buffer = static_cast<const char *>(m_primary->SendScintillaPtrResult(Sci::SCI_GETCHARACTERPOINTER));
-    return std::memcmp(buffer, utf8.constData(), std::size_t(length)) == 0;
+    // Scintilla's text has a gap where the last edit was. Reading the text on either side of it
+    // leaves it there; asking for the whole buffer would move everything after it. A difference
+    // is most likely next to the last edit, so that neighbourhood is compared first.
+    const long gap = m_primary->SendScintilla(Sci::SCI_GETGAPPOSITION);
+    const auto same = [this, &utf8](long from, long to) {
+        if (from >= to)
+            return true;
+        const auto *text = reinterpret_cast<const char *>(m_primary->SendScintilla(
+            Sci::SCI_GETRANGEPOINTER, static_cast<unsigned long>(from), to - from));
+        return std::memcmp(text, utf8.constData() + from, std::size_t(to - from)) == 0;
+    };
+    const long nearFrom = std::max(0L, gap - 4096);
+    const long nearTo = std::min(length, gap + 4096);
+    return same(nearFrom, gap) && same(gap, nearTo) && same(0, nearFrom) && same(nearTo, length);
 }
 
 void EditorView::replaceText(const QByteArray &utf8)

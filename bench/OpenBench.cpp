@@ -1,0 +1,278 @@
+// Opening a 100 MB UTF-8 log: reading and decoding it, the whole open through a main window up to
+// the first painted screen, and keystrokes at the start, middle and end of the loaded text. Peak
+// memory is a process-wide high-water mark: run one case per process to read it for that case,
+//   mirtex-bench --benchmark_filter=OpenToFirstPaint
+// Keystroke times grow with the caret's offset: QScintilla's accessibility notice of every edit
+// (and of every caret move, once an accessible interface exists) counts the characters before it.
+// GLIBC_TUNABLES=glibc.malloc.hugetlb=1 shows how much of the open is page faults.
+#include "core/app/Preferences.h"
+#include "core/document/Document.h"
+#include "ui/document/DocumentTab.h"
+#include "ui/document/MainWindow.h"
+#include "ui/editor/EditorPane.h"
+#include "ui/editor/EditorView.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+#include <benchmark/benchmark.h>
+#include <memory>
+#include <sys/resource.h>
+
+namespace {
+
+using namespace mirtex;
+using Sci = QsciScintillaBase;
+
+constexpr qint64 kLogBytes = 100'000'000;
+
+// A server log with Italian messages: accented letters on most lines, an emoji on some.
+QByteArray logLine(quint32 &seed, qint64 lineNumber)
+{
+    static const char *const kLevels[] = {"INFO ", "DEBUG", "WARN ", "ERROR"};
+    static const char *const kMessages[] = {
+        "Richiesta completata: caffè servito in città",
+        "Connessione rifiutata dal nodo più vicino, nuovo tentativo",
+        "Utente «José Müller» ha caricato “relazione_perché.pdf” 🚀",
+        "Elaborazione lotto terminata senza errori ✅",
+        "Cache svuotata: 1024 voci rimosse, età media 3,5 s",
+        "Avviso: quota disco quasi esaurita (93%) ⚠️ naïve retry",
+        "GET /api/v2/ordini?stato=spedito 200 OK",
+        "Lettura configurazione da /etc/mirtex/servizio.conf",
+    };
+    seed = seed * 1664525u + 1013904223u;
+    const quint32 r = seed >> 8;
+    const qint64 seconds = lineNumber / 40;
+    QByteArray line;
+    line.reserve(160);
+    line += "2026-11-";
+    line += QByteArray::number(10 + (seconds / 86400) % 18);
+    line += ' ';
+    line += QByteArray::number(10 + (seconds / 3600) % 14);
+    line += ':';
+    line += QByteArray::number(10 + (seconds / 60) % 50);
+    line += ':';
+    line += QByteArray::number(10 + seconds % 50);
+    line += '.';
+    line += QByteArray::number(100 + r % 900);
+    line += ' ';
+    line += kLevels[r % 4];
+    line += " [worker-";
+    line += QByteArray::number(r % 16);
+    line += "] ";
+    line += kMessages[(r >> 4) % std::size(kMessages)];
+    line += " id=";
+    line += QByteArray::number(quint64(r) * 2654435761u % 1000000007u, 16);
+    line += '\n';
+    return line;
+}
+
+// The log is written once per process, in chunks, so that generating it does not raise the
+// memory high-water mark above what the measured cases use.
+const QString &logPath()
+{
+    static QTemporaryDir folder;
+    static const QString path = [] {
+        const QString file = folder.filePath(QStringLiteral("server-100mb.log"));
+        QFile out(file);
+        if (!out.open(QIODevice::WriteOnly))
+            qFatal("cannot write the benchmark log");
+        quint32 seed = 7;
+        qint64 written = 0;
+        qint64 lineNumber = 0;
+        QByteArray chunk;
+        while (written < kLogBytes) {
+            chunk.clear();
+            while (chunk.size() < (1 << 20))
+                chunk += logLine(seed, lineNumber++);
+            const qint64 take = std::min<qint64>(chunk.size(), kLogBytes - written);
+            // Cut at a line end so the file stays valid UTF-8.
+            const qint64 cut = take == chunk.size() ? take : chunk.lastIndexOf('\n', take - 1) + 1;
+            out.write(chunk.constData(), cut);
+            written += cut;
+            if (cut < chunk.size())
+                break;
+        }
+        return file;
+    }();
+    return path;
+}
+
+double megabytes(qint64 bytes)
+{
+    return double(bytes) / 1e6;
+}
+
+void reportMemory(benchmark::State &state, qint64 fileBytes)
+{
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    const qint64 peak = qint64(usage.ru_maxrss) * 1024; // kilobytes on Linux
+    state.counters["peakRSS_MB"] = megabytes(peak);
+    state.counters["peakRSS_xFile"] = double(peak) / double(fileBytes);
+}
+
+// A main window over a throw-away settings file, shown offscreen.
+struct Window
+{
+    Window()
+        : prefs(folder.filePath(QStringLiteral("Mirtex++.conf")))
+        , window(prefs)
+    {
+        window.show();
+        QCoreApplication::processEvents();
+    }
+
+    DocumentTab *open(const QString &path)
+    {
+        QElapsedTimer clock;
+        clock.start();
+        DocumentTab *tab = window.openPath(path);
+        if (!tab)
+            qFatal("the benchmark log did not open");
+        openedMs += clock.restart();
+        QCoreApplication::processEvents();
+        tab->editor()->primaryPane()->repaint();
+        paintedMs += clock.elapsed();
+        return tab;
+    }
+
+    void close(DocumentTab *tab)
+    {
+        window.discardDocument(tab);
+        QCoreApplication::processEvents();
+    }
+
+    QTemporaryDir folder;
+    Preferences prefs;
+    MainWindow window;
+    qint64 openedMs = 0;  // in openPath: reading, decoding, the editor taking the text
+    qint64 paintedMs = 0; // laying out the new tab and painting its first screen
+};
+
+void DocumentRead(benchmark::State &state)
+{
+    const QString &path = logPath();
+    for (auto _ : state) {
+        auto loaded = Document::read(path, std::nullopt, LineEnding::lf);
+        if (!loaded) {
+            state.SkipWithError("read failed");
+            break;
+        }
+        benchmark::DoNotOptimize(loaded->utf8.constData());
+    }
+    const qint64 size = QFileInfo(path).size();
+    state.SetBytesProcessed(state.iterations() * size);
+    reportMemory(state, size);
+}
+
+BENCHMARK(DocumentRead)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+// From the open command to the first screen of text painted.
+void OpenToFirstPaint(benchmark::State &state)
+{
+    const QString &path = logPath();
+    Window window;
+    for (auto _ : state) {
+        DocumentTab *tab = window.open(path);
+        state.PauseTiming();
+        window.close(tab);
+        state.ResumeTiming();
+    }
+    state.counters["openPath_ms"] = double(window.openedMs) / double(state.iterations());
+    state.counters["firstPaint_ms"] = double(window.paintedMs) / double(state.iterations());
+    reportMemory(state, QFileInfo(path).size());
+}
+
+BENCHMARK(OpenToFirstPaint)->Unit(benchmark::kMillisecond)->Iterations(3)->UseRealTime();
+
+// The log opened in a window, for the keystroke cases (opened before their timed loops).
+struct LoadedLog
+{
+    LoadedLog() { tab = window.open(logPath()); }
+
+    EditorPane *pane() const { return tab->editor()->primaryPane(); }
+
+    // Moves the caret a little further on each call, around `percent` of the text, and keeps it
+    // at a character boundary.
+    void moveCaret(int step, int percent = 50)
+    {
+        const long length = pane()->SendScintilla(Sci::SCI_GETLENGTH);
+        const long wanted = long(qint64(length) * percent / 100) + (step % 64) * 997;
+        const long at = pane()->SendScintilla(Sci::SCI_POSITIONBEFORE, wanted + 1);
+        pane()->SendScintilla(Sci::SCI_GOTOPOS, at);
+    }
+
+    Window window;
+    DocumentTab *tab = nullptr;
+};
+
+// Typing one character at `percent` of the text (first argument): Scintilla's insertion, the
+// edit signal in UTF-16 terms, the document's dirty check (lengths differ) and the tab and status
+// refresh. With the second argument 1 the pane is repainted too, as the next frame would be.
+void Keystroke(benchmark::State &state)
+{
+    LoadedLog log;
+    const int percent = int(state.range(0));
+    const bool paint = state.range(1) != 0;
+    int step = 0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        log.moveCaret(step++, percent);
+        if (paint)
+            log.pane()->repaint();
+        state.ResumeTiming();
+        log.pane()->SendScintilla(Sci::SCI_REPLACESEL, "x");
+        if (paint)
+            log.pane()->repaint();
+    }
+    if (!log.tab->document().isDirty())
+        state.SkipWithError("typing did not make the document dirty");
+    reportMemory(state, QFileInfo(logPath()).size());
+}
+
+BENCHMARK(Keystroke)
+    ->ArgsProduct({{0, 50, 100}, {0, 1}})
+    ->ArgNames({"atPercent", "paint"})
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(30);
+
+// Deleting a character just typed: the length equals the saved one again, so the dirty check
+// compares the whole text.
+void KeystrokeBackToSavedLength(benchmark::State &state)
+{
+    LoadedLog log;
+    int step = 0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        log.moveCaret(step++);
+        log.pane()->SendScintilla(Sci::SCI_REPLACESEL, "é");
+        state.ResumeTiming();
+        log.pane()->SendScintilla(Sci::SCI_DELETEBACK);
+    }
+    if (log.tab->document().isDirty())
+        state.SkipWithError("the document stayed dirty after type and delete");
+    reportMemory(state, QFileInfo(logPath()).size());
+}
+
+BENCHMARK(KeystrokeBackToSavedLength)->Unit(benchmark::kMillisecond)->Iterations(30);
+
+// The dirty check alone when the text has the saved length: the whole text is compared.
+void DirtyCheckSameLength(benchmark::State &state)
+{
+    LoadedLog log;
+    log.moveCaret(0);
+    log.pane()->SendScintilla(Sci::SCI_REPLACESEL, "y"); // the gap sits in the middle
+    log.pane()->SendScintilla(Sci::SCI_DELETEBACK);
+    for (auto _ : state)
+        log.tab->document().updateDirty();
+    if (log.tab->document().isDirty())
+        state.SkipWithError("the text should equal the saved text");
+}
+
+BENCHMARK(DirtyCheckSameLength)->Unit(benchmark::kMillisecond)->Iterations(30);
+
+} // namespace
