@@ -4,6 +4,8 @@
 #include "ui/editor/EditorColors.h"
 #include "ui/editor/PaneHighlightTarget.h"
 
+#include <QAccessible>
+#include <QAccessibleWidget>
 #include <QFontDatabase>
 #include <QKeyEvent>
 
@@ -36,11 +38,27 @@ bool isQuote(QChar c)
     return c == u'"' || c == u'\'' || c == u'`';
 }
 
+// While no assistive technology listens, panes get Qt's plain widget interface instead of
+// QScintilla's, which counts the characters from the start of the text up to the caret after
+// every caret move and edit (hundreds of milliseconds deep in a 100 MB file).
+QAccessibleInterface *plainPaneAccessible(const QString &className, QObject *object)
+{
+    if (QAccessible::isActive() || className != QLatin1String("mirtex::EditorPane") || !object->isWidgetType())
+        return nullptr;
+    return new QAccessibleWidget(static_cast<QWidget *>(object), QAccessible::EditableText);
+}
+
 } // namespace
 
 EditorPane::EditorPane(QWidget *parent)
     : QsciScintilla(parent)
 {
+    // Installed after QScintilla's own factory, so it is asked first.
+    static const bool installed = [] {
+        QAccessible::installFactory(plainPaneAccessible);
+        return true;
+    }();
+    Q_UNUSED(installed);
     setUtf8(true);
     setFrameShape(QFrame::NoFrame);
     setBraceMatching(NoBraceMatch); // matching braces are painted by the editor view
@@ -137,9 +155,15 @@ void EditorPane::focusInEvent(QFocusEvent *event)
 
 void EditorPane::keyPressEvent(QKeyEvent *event)
 {
-    if (m_autoClose && !isReadOnly() && handleAutoClose(event))
-        return;
-    QsciScintilla::keyPressEvent(event);
+    if (!(m_autoClose && !isReadOnly() && handleAutoClose(event)))
+        QsciScintilla::keyPressEvent(event);
+    Q_EMIT inputHandled();
+}
+
+void EditorPane::inputMethodEvent(QInputMethodEvent *event)
+{
+    QsciScintilla::inputMethodEvent(event);
+    Q_EMIT inputHandled();
 }
 
 bool EditorPane::handleAutoClose(QKeyEvent *event)

@@ -27,10 +27,13 @@ public:
 
 Q_SIGNALS:
     void focused(mirtex::EditorPane *pane);
+    // After every key or input-method event the pane handled.
+    void inputHandled();
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
+    void inputMethodEvent(QInputMethodEvent *event) override;
 
 private:
     bool handleAutoClose(QKeyEvent *event);

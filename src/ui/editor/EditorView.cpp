@@ -60,6 +60,7 @@ EditorPane *EditorView::makePane()
     auto *pane = new EditorPane(m_splitter);
     m_splitter->addWidget(pane);
     pane->applyPreferences(m_prefs);
+    connect(pane, &EditorPane::inputHandled, this, &EditorView::flushPendingEdit);
     connect(pane, &EditorPane::focused, this, [this](EditorPane *p) {
         m_active = p;
         Q_EMIT caretMoved();
@@ -104,7 +105,13 @@ void EditorView::loadText(const QByteArray &utf8)
     m_primary->SendScintilla(
         Sci::SCI_APPENDTEXT, static_cast<unsigned long>(utf8.size()), utf8.constData());
     m_primary->SendScintilla(Sci::SCI_SETUNDOCOLLECTION, 1L);
-    m_primary->SendScintilla(Sci::SCI_SETMODEVENTMASK, eventMask);
+    // QScintilla's accessibility notice after each change counts the characters from the start
+    // of the text up to it: about 4 ns a byte. Large texts therefore only ask for the notices sent
+    // before a change, and report each change right after it (next notice, end of the input
+    // event, or the next event-loop turn).
+    m_deferEdits = utf8.size() > kDeferredEditsAboveBytes;
+    m_primary->SendScintilla(Sci::SCI_SETMODEVENTMASK,
+                             m_deferEdits ? long(Sci::SC_MOD_BEFOREINSERT | Sci::SC_MOD_BEFOREDELETE) : eventMask);
     // What the pane would have announced had it seen the insertion (the gutter width follows).
     Q_EMIT m_primary->textChanged();
     Q_EMIT m_primary->linesChanged();
@@ -117,6 +124,10 @@ void EditorView::loadText(const QByteArray &utf8)
 
 void EditorView::onModified(int position, int type, const char *text, int length)
 {
+    if (m_deferEdits) {
+        onModifiedDeferred(position, type, length);
+        return;
+    }
     if (type & Sci::SC_MOD_BEFOREDELETE) {
         m_pendingDeleteLocation = m_positions->toUtf16(position);
         m_pendingDeleteLength = m_positions->utf16Count(position, position + length);
@@ -124,26 +135,69 @@ void EditorView::onModified(int position, int type, const char *text, int length
     }
     if (!(type & (Sci::SC_MOD_INSERTTEXT | Sci::SC_MOD_DELETETEXT)))
         return;
+    if (type & Sci::SC_MOD_INSERTTEXT)
+        reportInsertion(position, length, text);
+    else
+        reportDeletion(m_pendingDeleteLocation, m_pendingDeleteLength);
+}
+
+void EditorView::onModifiedDeferred(int position, int type, int length)
+{
+    // Only the notices sent before a change arrive here: the previous change is complete by now.
+    flushPendingEdit();
+    if (type & Sci::SC_MOD_BEFOREINSERT) {
+        m_pendingEdit = PendingEdit{true, position, length, 0, 0};
+    } else if (type & Sci::SC_MOD_BEFOREDELETE) {
+        m_pendingEdit = PendingEdit{false, position, length, m_positions->toUtf16(position),
+                                    m_positions->utf16Count(position, position + length)};
+    } else {
+        return;
+    }
+    QMetaObject::invokeMethod(this, &EditorView::flushPendingEdit, Qt::QueuedConnection);
+}
+
+void EditorView::flushPendingEdit()
+{
+    if (!m_pendingEdit)
+        return;
+    const PendingEdit edit = *m_pendingEdit;
+    m_pendingEdit.reset();
+    if (edit.insertion) {
+        const char *inserted = reinterpret_cast<const char *>(m_primary->SendScintilla(
+            Sci::SCI_GETRANGEPOINTER, static_cast<unsigned long>(edit.bytePosition), long(edit.byteLength)));
+        reportInsertion(edit.bytePosition, edit.byteLength, inserted);
+    } else {
+        reportDeletion(edit.utf16Location, edit.utf16Length);
+    }
+}
+
+void EditorView::reportInsertion(qsizetype bytePosition, qsizetype byteLength, const char *text)
+{
     // The UTF-16 snapshot follows the edit instead of being rebuilt from the whole text.
     const bool snapshotValid = m_cachedRevision == m_revision;
     ++m_revision;
     if (m_loading)
         return;
-    if (type & Sci::SC_MOD_INSERTTEXT) {
-        const qsizetype location = m_positions->toUtf16(position);
-        const qsizetype inserted = m_positions->utf16Count(position, position + length);
-        if (snapshotValid && text) {
-            m_cachedText.insert(location, QString::fromUtf8(text, length));
-            m_cachedRevision = m_revision;
-        }
-        Q_EMIT textEdited({location, inserted}, inserted);
-    } else {
-        if (snapshotValid) {
-            m_cachedText.remove(m_pendingDeleteLocation, m_pendingDeleteLength);
-            m_cachedRevision = m_revision;
-        }
-        Q_EMIT textEdited({m_pendingDeleteLocation, 0}, -m_pendingDeleteLength);
+    const qsizetype location = m_positions->toUtf16(bytePosition);
+    const qsizetype inserted = m_positions->utf16Count(bytePosition, bytePosition + byteLength);
+    if (snapshotValid && text) {
+        m_cachedText.insert(location, QString::fromUtf8(text, byteLength));
+        m_cachedRevision = m_revision;
     }
+    Q_EMIT textEdited({location, inserted}, inserted);
+}
+
+void EditorView::reportDeletion(qsizetype utf16Location, qsizetype utf16Length)
+{
+    const bool snapshotValid = m_cachedRevision == m_revision;
+    ++m_revision;
+    if (m_loading)
+        return;
+    if (snapshotValid) {
+        m_cachedText.remove(utf16Location, utf16Length);
+        m_cachedRevision = m_revision;
+    }
+    Q_EMIT textEdited({utf16Location, 0}, -utf16Length);
 }
 
 void EditorView::setLanguage(LanguagePtr language)
@@ -262,6 +316,8 @@ void EditorView::applyColors(const EditorColors &colors)
 
 QString EditorView::text() const
 {
+    // A change not yet reported must reach the snapshot (and its listeners) first.
+    const_cast<EditorView *>(this)->flushPendingEdit();
     if (m_cachedRevision != m_revision) {
         m_cachedText = QString::fromUtf8(utf8Text());
         m_cachedRevision = m_revision;

@@ -32,6 +32,9 @@ public:
     EditorView(Preferences &prefs, QWidget *parent = nullptr);
     ~EditorView() override;
 
+    // Texts above this size report their edits just after they happen (see loadText).
+    static constexpr qsizetype kDeferredEditsAboveBytes = 2'000'000;
+
     // Puts the initial text in: no edit is reported and the undo history starts empty.
     void loadText(const QByteArray &utf8);
     bool isLoading() const { return m_loading; }
@@ -75,6 +78,9 @@ public:
     void setEditable(bool editable) override;
     bool isEditable() const { return m_editable; }
 
+    // Reports a change that was made but not yet announced (large texts); does nothing otherwise.
+    void flushPendingEdit();
+
 Q_SIGNALS:
     // One change of the text: the edited range as it stands in the new text, and the change in
     // length (new minus old), both in UTF-16 units.
@@ -84,6 +90,18 @@ Q_SIGNALS:
 
 private:
     void onModified(int position, int type, const char *text, int length);
+    void onModifiedDeferred(int position, int type, int length);
+    void reportInsertion(qsizetype bytePosition, qsizetype byteLength, const char *text);
+    void reportDeletion(qsizetype utf16Location, qsizetype utf16Length);
+
+    struct PendingEdit
+    {
+        bool insertion = true;
+        qsizetype bytePosition = 0;
+        qsizetype byteLength = 0;
+        qsizetype utf16Location = 0; // deletions: measured before the text goes
+        qsizetype utf16Length = 0;
+    };
     EditorPane *makePane();
 
     Preferences &m_prefs;
@@ -98,6 +116,8 @@ private:
     PaneHighlightTarget *m_secondaryTarget = nullptr;
     EditorColors m_colors;
     bool m_loading = false;
+    bool m_deferEdits = false;
+    std::optional<PendingEdit> m_pendingEdit;
     bool m_editable = true;
     qsizetype m_pendingDeleteLocation = 0;
     qsizetype m_pendingDeleteLength = 0;

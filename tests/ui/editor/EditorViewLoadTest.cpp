@@ -3,6 +3,8 @@
 #include "ui/editor/EditorPane.h"
 #include "ui/editor/EditorView.h"
 
+#include <QCoreApplication>
+#include <QKeyEvent>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -59,6 +61,9 @@ TEST(EditorViewLoad, LargeAndSmallTextsLoadAndSplitAlike)
         const qsizetype emojiEnd = text.indexOf("\xF0\x9F\x9A\x80") + 4;
         pane->SendScintilla(Sci::SCI_GOTOPOS, long(lineBytes + emojiEnd));
         pane->SendScintilla(Sci::SCI_REPLACESEL, "\xC3\xA9");
+        // Large texts announce a change just after it, at the latest on the next event-loop turn.
+        EXPECT_EQ(edits.count(), size > EditorView::kDeferredEditsAboveBytes ? 0 : 1);
+        view->flushPendingEdit();
         ASSERT_EQ(edits.count(), 1);
         const qsizetype lineUnits = QString::fromUtf8(text.first(lineBytes)).size();
         const qsizetype emojiEndUnits = QString::fromUtf8(text.first(emojiEnd)).size();
@@ -72,6 +77,7 @@ TEST(EditorViewLoad, LargeAndSmallTextsLoadAndSplitAlike)
         EXPECT_EQ(second->SendScintilla(Sci::SCI_GETLENGTH), text.size() + 2);
         second->SendScintilla(Sci::SCI_UNDO);
         EXPECT_TRUE(view->utf8Equals(text));
+        QCoreApplication::processEvents();
         EXPECT_EQ(edits.count(), 2);
         view->setSplit(std::nullopt);
         view.reset();
@@ -79,3 +85,30 @@ TEST(EditorViewLoad, LargeAndSmallTextsLoadAndSplitAlike)
 }
 
 } // namespace
+
+// In a large text a typed key is announced as soon as the key is handled, and the UTF-16
+// snapshot that follows the edits stays equal to the text.
+TEST(EditorViewLoad, KeysInLargeTextsAreAnnouncedWhenHandled)
+{
+    QTemporaryDir folder;
+    Preferences prefs(folder.filePath(QStringLiteral("Mirtex++.conf")));
+    EditorView view(prefs);
+    const QByteArray text = sampleText(EditorView::kDeferredEditsAboveBytes + 1000);
+    view.loadText(text);
+    const QString before = view.text(); // the snapshot exists and will follow the edits
+    qsizetype reported = 0;
+    QObject::connect(&view, &EditorView::textEdited, [&reported](TextRange, qsizetype delta) {
+        reported += delta;
+    });
+    EditorPane *pane = view.primaryPane();
+    pane->SendScintilla(Sci::SCI_GOTOPOS, long(text.size() / 2));
+    for (const auto &[key, typed] : {std::pair{Qt::Key_X, QStringLiteral("x")},
+                                     std::pair{Qt::Key_Eacute, QStringLiteral("é")},
+                                     std::pair{Qt::Key_Backspace, QString()}}) {
+        QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, typed);
+        QCoreApplication::sendEvent(pane, &press);
+    }
+    EXPECT_EQ(reported, 1) << "two characters typed and one deleted, each announced at once";
+    EXPECT_EQ(view.text(), QString::fromUtf8(view.utf8Text()));
+    EXPECT_NE(view.text(), before);
+}
