@@ -226,6 +226,7 @@ void Keystroke(benchmark::State &state)
             log.pane()->repaint();
         state.ResumeTiming();
         log.pane()->SendScintilla(Sci::SCI_REPLACESEL, "x");
+        log.tab->editor()->flushPendingEdit(); // as at the end of the key event
         if (paint)
             log.pane()->repaint();
     }
@@ -250,8 +251,10 @@ void KeystrokeBackToSavedLength(benchmark::State &state)
         state.PauseTiming();
         log.moveCaret(step++);
         log.pane()->SendScintilla(Sci::SCI_REPLACESEL, "é");
+        log.tab->editor()->flushPendingEdit();
         state.ResumeTiming();
         log.pane()->SendScintilla(Sci::SCI_DELETEBACK);
+        log.tab->editor()->flushPendingEdit(); // as at the end of the key event
     }
     if (log.tab->document().isDirty())
         state.SkipWithError("the document stayed dirty after type and delete");
@@ -267,6 +270,7 @@ void DirtyCheckSameLength(benchmark::State &state)
     log.moveCaret(0);
     log.pane()->SendScintilla(Sci::SCI_REPLACESEL, "y"); // the gap sits in the middle
     log.pane()->SendScintilla(Sci::SCI_DELETEBACK);
+    log.tab->editor()->flushPendingEdit();
     for (auto _ : state)
         log.tab->document().updateDirty();
     if (log.tab->document().isDirty())
