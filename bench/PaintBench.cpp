@@ -22,7 +22,8 @@ void BM_PaintOneScreen(benchmark::State &state)
     EditorView view(prefs);
     view.resize(1000, 800);
     view.show();
-    const QByteArray line = "static int value_%d = compute(\"text\", 0x1F, 3.5e-2); /* note */ // end\n";
+    const QByteArray line
+        = "static int value_%d = compute(\"text\", 0x1F, 3.5e-2); /* note */ // end\n";
     QByteArray text;
     text.reserve(state.range(0) + line.size());
     while (text.size() < state.range(0))
@@ -39,6 +40,11 @@ void BM_PaintOneScreen(benchmark::State &state)
         view.highlighter().repaint();
     state.counters["tokens"] = double(view.highlighter().tokens().size());
 }
-BENCHMARK(BM_PaintOneScreen)->Arg(100'000)->Arg(1'000'000)->Arg(7'900'000)->Unit(benchmark::kMicrosecond);
+
+BENCHMARK(BM_PaintOneScreen)
+    ->Arg(100'000)
+    ->Arg(1'000'000)
+    ->Arg(7'900'000)
+    ->Unit(benchmark::kMicrosecond);
 
 } // namespace

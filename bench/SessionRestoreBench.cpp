@@ -66,6 +66,7 @@ void BM_RestoreFiftyTabsToFirstPaint(benchmark::State &state)
         state.ResumeTiming();
     }
 }
+
 BENCHMARK(BM_RestoreFiftyTabsToFirstPaint)->Unit(benchmark::kMillisecond)->Iterations(3);
 
 void BM_IdleSessionTickOfFiftyTabs(benchmark::State &state)
@@ -78,6 +79,7 @@ void BM_IdleSessionTickOfFiftyTabs(benchmark::State &state)
     for (auto _ : state)
         session.write(window);
 }
+
 BENCHMARK(BM_IdleSessionTickOfFiftyTabs)->Unit(benchmark::kMillisecond);
 
 } // namespace

@@ -61,7 +61,9 @@ int main(int argc, char **argv)
     SingleInstance instance;
     if (!command.newInstance)
         instance.listen();
-    QObject::connect(&instance, &SingleInstance::received, &delegate,
+    QObject::connect(&instance,
+                     &SingleInstance::received,
+                     &delegate,
                      [&delegate](const QStringList &files, const QStringList &urls) {
                          if (files.isEmpty() && urls.isEmpty())
                              delegate.reopen();
@@ -77,10 +79,13 @@ int main(int argc, char **argv)
 
     QTimer::singleShot(0, &delegate, [&delegate]() {
         delegate.launch();
-        auto *appearance = new AppearanceController(delegate.mainWindow()->preferences(), *delegate.mainWindow());
+        auto *appearance = new AppearanceController(delegate.mainWindow()->preferences(),
+                                                    *delegate.mainWindow());
         appearance->addThemeMenu(delegate.mainMenu()->menu(QStringLiteral("mirtex.menu.view")));
     });
-    QObject::connect(&app, &QCoreApplication::aboutToQuit, &delegate, [&delegate]() { delegate.willTerminate(); });
+    QObject::connect(&app, &QCoreApplication::aboutToQuit, &delegate, [&delegate]() {
+        delegate.willTerminate();
+    });
     QApplication::setQuitOnLastWindowClosed(false); // the quit sequence decides
     return app.exec();
 }

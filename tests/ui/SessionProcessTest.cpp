@@ -39,7 +39,8 @@ public:
 
     void start(const QStringList &arguments)
     {
-        m_process.start(QStringLiteral(MIRTEX_BINARY), QStringList{QStringLiteral("--new-instance")} + arguments);
+        m_process.start(QStringLiteral(MIRTEX_BINARY),
+                        QStringList{QStringLiteral("--new-instance")} + arguments);
         ASSERT_TRUE(m_process.waitForStarted(10000));
     }
 
@@ -64,7 +65,10 @@ QJsonArray sessionEntries(const QString &sessionFile)
     QFile file(sessionFile);
     if (!file.open(QIODevice::ReadOnly))
         return {};
-    return QJsonDocument::fromJson(file.readAll()).object().value(QStringLiteral("entries")).toArray();
+    return QJsonDocument::fromJson(file.readAll())
+        .object()
+        .value(QStringLiteral("entries"))
+        .toArray();
 }
 
 QString backupText(const QString &folder, const QJsonArray &entries, const QString &wanted)
@@ -94,7 +98,9 @@ TEST(SessionProcess, UnsavedTextSurvivesKillAndTermWritesAtOnce)
         ProgramRun first(home.path());
         first.start({QStringLiteral("mirtex:?text=Testo%20mai%20salvato:%20citt%C3%A0")});
         // The 8-second timer writes the session and the backup.
-        ASSERT_TRUE(waitFor([&] { return !backupText(folder, sessionEntries(sessionFile), text).isEmpty(); }, 20000))
+        ASSERT_TRUE(waitFor(
+            [&] { return !backupText(folder, sessionEntries(sessionFile), text).isEmpty(); },
+            20000))
             << "the periodic session write did not keep the handed-over text";
         ::kill(pid_t(first.process().processId()), SIGKILL);
         first.process().waitForFinished(5000);

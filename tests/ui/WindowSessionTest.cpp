@@ -1,6 +1,7 @@
 // The session of a real main window: what comes back after a restart, and what is kept on disk.
-#include "core/app/Preferences.h"
 #include "ui/app/WindowSession.h"
+
+#include "core/app/Preferences.h"
 #include "ui/document/DocumentTab.h"
 #include "ui/document/MainWindow.h"
 #include "ui/editor/EditorAnnotations.h"
@@ -104,7 +105,8 @@ TEST_F(WindowSessionTest, ClosedTabLeavesNoBackupAndGoneFilesAreSkipped)
     QFile::remove(gone);
     MainWindow window(prefs);
     WindowSession session(prefs, state);
-    EXPECT_FALSE(session.restore(window)) << "a clean tab whose file is gone has nothing to restore";
+    EXPECT_FALSE(session.restore(window))
+        << "a clean tab whose file is gone has nothing to restore";
     EXPECT_TRUE(window.documents().isEmpty());
 }
 
@@ -112,10 +114,11 @@ TEST_F(WindowSessionTest, EarlierFormatRestoresOneTab)
 {
     QDir().mkpath(state + QStringLiteral("/backup"));
     writeFile(state + QStringLiteral("/backup/x.txt"), "testo");
-    writeFile(state + QStringLiteral("/session.json"),
-              R"({"entries":[{"id":"x","hasBackup":true,"encoding":"utf8","lineEnding":"lf",)"
-              R"("language":"text","selection":[0,99],"scroll":0,"bookmarks":[7],"readOnly":false}],)"
-              R"("selected":5})");
+    writeFile(
+        state + QStringLiteral("/session.json"),
+        R"({"entries":[{"id":"x","hasBackup":true,"encoding":"utf8","lineEnding":"lf",)"
+        R"("language":"text","selection":[0,99],"scroll":0,"bookmarks":[7],"readOnly":false}],)"
+        R"("selected":5})");
     MainWindow window(prefs);
     WindowSession session(prefs, state);
     ASSERT_TRUE(session.restore(window));
@@ -124,6 +127,7 @@ TEST_F(WindowSessionTest, EarlierFormatRestoresOneTab)
     EXPECT_EQ(tab->editor()->text(), QStringLiteral("testo"));
     EXPECT_EQ(tab->document().encoding().id(), QStringLiteral("4"));
     EXPECT_EQ(tab->document().untitledName(), QStringLiteral("nuovo 1"));
-    EXPECT_EQ(tab->editor()->selection(), (TextRange{0, 5})) << "the selection is clamped to the text";
+    EXPECT_EQ(tab->editor()->selection(), (TextRange{0, 5}))
+        << "the selection is clamped to the text";
     EXPECT_TRUE(tab->editor()->annotations().bookmarkedLines().empty());
 }

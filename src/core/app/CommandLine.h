@@ -15,23 +15,28 @@ struct SnapshotRequest
     QStringList files;
     QString outputPath;
     QSize size{1100, 720};
-    std::optional<int> tab;   // 0-based tab to select
-    QString split;            // "", "side" or "stacked"
-    QString sidebarFolder;    // empty: no sidebar
-    QString selectWord;       // selects the first whole occurrence in the shown tab
+    std::optional<int> tab; // 0-based tab to select
+    QString split;          // "", "side" or "stacked"
+    QString sidebarFolder;  // empty: no sidebar
+    QString selectWord;     // selects the first whole occurrence in the shown tab
     bool dark = false;
 };
 
 struct CommandLine
 {
-    enum class Mode { run, selfTest, snapshot, invalid };
+    enum class Mode {
+        run,
+        selfTest,
+        snapshot,
+        invalid
+    };
 
     Mode mode = Mode::run;
-    QStringList files;      // absolute paths of files and folders to open
-    QStringList urls;       // mirtex: URLs, as given
+    QStringList files; // absolute paths of files and folders to open
+    QStringList urls;  // mirtex: URLs, as given
     bool newInstance = false;
     SnapshotRequest snapshot;
-    QString error;          // why the arguments were refused (mode invalid)
+    QString error; // why the arguments were refused (mode invalid)
 
     // `arguments` excludes the program name; relative paths are resolved against `workingDir`.
     static CommandLine parse(const QStringList &arguments, const QString &workingDir);

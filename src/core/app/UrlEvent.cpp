@@ -13,7 +13,8 @@ namespace mirtex {
 std::optional<UrlEvent> UrlEvent::parse(const QString &url)
 {
     const QUrl parsed(url);
-    if (!parsed.isValid() || parsed.scheme().compare(QLatin1String("mirtex"), Qt::CaseInsensitive) != 0)
+    if (!parsed.isValid()
+        || parsed.scheme().compare(QLatin1String("mirtex"), Qt::CaseInsensitive) != 0)
         return std::nullopt;
     const QUrlQuery query(parsed);
     const auto items = query.queryItems(QUrl::FullyDecoded);
@@ -37,7 +38,8 @@ bool UrlEvent::isInsideFolder(const QString &path, const QString &folder)
     const QString canonicalPath = QFileInfo(path).canonicalFilePath();
     if (canonicalFolder.isEmpty() || canonicalPath.isEmpty())
         return false;
-    const QString withSlash = canonicalFolder.endsWith(u'/') ? canonicalFolder : canonicalFolder + u'/';
+    const QString withSlash
+        = canonicalFolder.endsWith(u'/') ? canonicalFolder : canonicalFolder + u'/';
     return canonicalPath.startsWith(withSlash);
 }
 

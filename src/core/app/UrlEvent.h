@@ -11,7 +11,10 @@ namespace mirtex {
 
 struct UrlEvent
 {
-    enum class Kind { path, text };
+    enum class Kind {
+        path,
+        text
+    };
 
     Kind kind = Kind::text;
     QString value;
@@ -20,7 +23,8 @@ struct UrlEvent
     static std::optional<UrlEvent> parse(const QString &url);
 
     // The text to open, with LF line breaks: the value of "text", or the decoded content of
-    // "path" (nothing when the file cannot be read or decoded). `tempDir` is the system's temporary folder.
+    // "path" (nothing when the file cannot be read or decoded). `tempDir` is the system's temporary
+    // folder.
     std::optional<QString> resolveText(const QString &tempDir) const;
 
     // True when `path` really lies inside `folder`, after resolving "..", "." and symbolic links.

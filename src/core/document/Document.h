@@ -35,9 +35,8 @@ class Document
 public:
     // Reads and decodes `path` (already canonical). `fallbackEnding` applies to texts without a
     // line break (the preference).
-    static std::expected<LoadedFile, DocumentError> read(const QString &path,
-                                                         std::optional<TextEncoding> forced,
-                                                         LineEnding fallbackEnding);
+    static std::expected<LoadedFile, DocumentError>
+    read(const QString &path, std::optional<TextEncoding> forced, LineEnding fallbackEnding);
 
     // `editor` outlives the document or is replaced through setEditor; `savedUtf8` is the text as
     // loaded (or the initial text of a new document).
@@ -50,24 +49,38 @@ public:
              QUuid id = QUuid::createUuid());
 
     const QUuid &id() const { return m_id; }
+
     const std::optional<QString> &path() const { return m_path; }
+
     const QString &untitledName() const { return m_untitledName; }
+
     TextEncoding encoding() const { return m_encoding; }
+
     LineEnding lineEnding() const { return m_lineEnding; }
+
     bool isReadOnly() const { return m_readOnly; }
+
     const std::optional<QDateTime> &fileModificationDate() const { return m_fileModificationDate; }
+
     qint64 changeCount() const { return m_changeCount; }
+
     qint64 backedUpChangeCount() const { return m_backedUpChangeCount; }
+
     void setBackedUpChangeCount(qint64 count) { m_backedUpChangeCount = count; }
+
     bool isDirty() const { return m_dirty; }
+
     bool formatChanged() const { return m_formatChanged; }
+
     const QString &languageId() const { return m_languageId; }
+
     DocumentText *editor() const { return m_editor; }
 
     // Last path component, or the untitled name.
     QString displayName() const;
 
     void setLanguageId(const QString &id) { m_languageId = id; }
+
     void setReadOnly(bool readOnly);
     // A change of format counts as a modification until the next save.
     void setEncoding(TextEncoding encoding);
@@ -76,6 +89,7 @@ public:
     void markHandedOver();
     // Restored from a session backup: dirty unless the text equals the file's.
     void markRestoredFromBackup(bool differsFromDisk);
+
     void setFileModificationDate(std::optional<QDateTime> date) { m_fileModificationDate = date; }
 
     void textDidChange();

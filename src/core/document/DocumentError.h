@@ -9,7 +9,12 @@ namespace mirtex {
 
 struct DocumentError
 {
-    enum class Kind { unreadable, undecodable, unencodable, writeFailed };
+    enum class Kind {
+        unreadable,
+        undecodable,
+        unencodable,
+        writeFailed
+    };
 
     Kind kind = Kind::unreadable;
     QString path;          // the file, for unreadable / undecodable / writeFailed

@@ -27,7 +27,6 @@ QList<qsizetype> bookmarksWithin(const QList<qsizetype> &lineIndexes, qsizetype 
 // The tab to select among tabCount restored tabs; nullopt when none was restored.
 std::optional<qsizetype> clampSelected(qsizetype selected, qsizetype tabCount);
 
-
 // Gives every entry without path and without untitledName a name of its own, after the names
 // the other entries already carry.
 void nameUntitledEntries(QList<SessionState::Entry> &entries);

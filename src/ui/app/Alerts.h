@@ -48,11 +48,17 @@ public:
     // (an unknown or missing answer picks the escape button) and every question is recorded.
     void beginScript(std::deque<QString> answers = {});
     void endScript();
+
     bool isScripted() const { return m_scripted; }
+
     void pushAnswer(const QString &buttonText) { m_answers.push_back(buttonText); }
+
     void pushSaveChoice(std::optional<SaveChoice> choice) { m_saveChoices.push_back(choice); }
+
     std::optional<SaveChoice> takeSaveChoice();
+
     const std::deque<AskedQuestion> &asked() const { return m_asked; }
+
     void clearAsked() { m_asked.clear(); }
 
 private:

@@ -27,12 +27,13 @@ void centre(QWidget *window)
 }
 } // namespace
 
-AppDelegate::AppDelegate(Preferences &prefs, std::unique_ptr<SessionKeeper> session, QObject *parent)
+AppDelegate::AppDelegate(Preferences &prefs,
+                         std::unique_ptr<SessionKeeper> session,
+                         QObject *parent)
     : QObject(parent)
     , m_prefs(prefs)
     , m_session(std::move(session))
-{
-}
+{}
 
 AppDelegate::~AppDelegate()
 {

@@ -26,13 +26,19 @@ class AppDelegate : public QObject
 
 public:
     // `session` may be null (no session storage).
-    AppDelegate(Preferences &prefs, std::unique_ptr<SessionKeeper> session, QObject *parent = nullptr);
+    AppDelegate(Preferences &prefs,
+                std::unique_ptr<SessionKeeper> session,
+                QObject *parent = nullptr);
     ~AppDelegate() override;
 
     MainWindow *mainWindow() const { return m_main; }
+
     MainMenu *mainMenu() const { return m_menu; }
+
     bool isLaunched() const { return m_launched; }
+
     const QStringList &pendingPaths() const { return m_pendingPaths; }
+
     const QStringList &pendingTexts() const { return m_pendingTexts; }
 
     // Files given by the system or a second launch; queued before launch.

@@ -113,7 +113,9 @@ void AppearanceController::addThemeMenu(QMenu *menu)
         action->setObjectName(QStringLiteral("chooseTheme:") + choice.id);
         group->addAction(action);
         action->setChecked(choice.id == m_prefs.themeID());
-        connect(action, &QAction::triggered, this, [this, id = choice.id]() { m_prefs.setThemeID(id); });
+        connect(action, &QAction::triggered, this, [this, id = choice.id]() {
+            m_prefs.setThemeID(id);
+        });
     }
     connect(&m_prefs, &Preferences::changed, themes, [this, group](const QString &key) {
         if (key != QLatin1String("theme"))
@@ -126,7 +128,8 @@ void AppearanceController::addThemeMenu(QMenu *menu)
 bool AppearanceController::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == qApp
-        && (event->type() == QEvent::ApplicationPaletteChange || event->type() == QEvent::ThemeChange)
+        && (event->type() == QEvent::ApplicationPaletteChange
+            || event->type() == QEvent::ThemeChange)
         && m_prefs.themeID() == Theme::kAutoId)
         apply();
     return QObject::eventFilter(watched, event);

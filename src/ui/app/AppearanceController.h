@@ -23,6 +23,7 @@ public:
     AppearanceController(Preferences &prefs, MainWindow &window);
 
     const Theme &theme() const { return *m_theme; }
+
     // The editor colours of a theme; colours with alpha are blended over the page colour.
     static EditorColors editorColors(const Theme &theme);
     static bool systemIsDark();

@@ -37,11 +37,15 @@ private:
     void buildLanguage();
     void buildWindow();
     void buildHelp();
-    QAction *add(QMenu *menu, const QString &name, const QString &label, const QKeySequence &shortcut,
+    QAction *add(QMenu *menu,
+                 const QString &name,
+                 const QString &label,
+                 const QKeySequence &shortcut,
                  std::function<void()> run);
     using Getter = bool (Preferences::*)() const;
     using Setter = void (Preferences::*)(bool);
-    QAction *addToggle(QMenu *menu, const QString &name, const QString &label, Getter get, Setter set);
+    QAction *
+    addToggle(QMenu *menu, const QString &name, const QString &label, Getter get, Setter set);
     void syncToggles();
 
     QPointer<MainWindow> m_window;

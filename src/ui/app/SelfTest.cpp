@@ -16,39 +16,45 @@
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
-#include <QRandomGenerator>
 #include <QFile>
 #include <QFileInfo>
+#include <QRandomGenerator>
 #include <QTemporaryDir>
 
 namespace mirtex {
 
 namespace {
 
-const QString kSamples[] = {QStringLiteral("Perché sì: caffè, città, naïve 123\nseconda riga\tcon tab\n"),
-                            QStringLiteral("Hello world 123\nsecond line\twith tab\n")};
+const QString kSamples[]
+    = {QStringLiteral("Perché sì: caffè, città, naïve 123\nseconda riga\tcon tab\n"),
+       QStringLiteral("Hello world 123\nsecond line\twith tab\n")};
 
 void checkCodec(SelfTestRunner &t)
 {
     t.section(QStringLiteral("Codifica"));
-    const TextEncoding encodings[] = {TextEncoding::utf8(), TextEncoding::utf8WithBom(),
+    const TextEncoding encodings[] = {TextEncoding::utf8(),
+                                      TextEncoding::utf8WithBom(),
                                       TextEncoding::utf16LEWithBom(),
                                       TextEncoding{CharacterSet::utf16LE, false},
                                       TextEncoding::utf16BEWithBom()};
     for (const QString &sample : kSamples) {
         for (const TextEncoding &encoding : encodings) {
             const auto bytes = TextCodec::encode(sample, encoding, LineEnding::lf);
-            const auto decoded = bytes ? TextCodec::decode(*bytes, std::nullopt, LineEnding::lf) : std::nullopt;
+            const auto decoded
+                = bytes ? TextCodec::decode(*bytes, std::nullopt, LineEnding::lf) : std::nullopt;
             const QString what = encoding.label();
             if (!t.check(decoded.has_value(), what + QStringLiteral(": non si rilegge")))
                 continue;
-            t.check(!decoded->text.startsWith(QChar(0xFEFF)), what + QStringLiteral(": il BOM finisce nel testo"));
+            t.check(!decoded->text.startsWith(QChar(0xFEFF)),
+                    what + QStringLiteral(": il BOM finisce nel testo"));
             t.check(decoded->text == sample, what + QStringLiteral(": il testo cambia"));
-            t.check(decoded->encoding == encoding, what + QStringLiteral(": codifica non riconosciuta"));
+            t.check(decoded->encoding == encoding,
+                    what + QStringLiteral(": codifica non riconosciuta"));
         }
     }
     const auto latin = TextCodec::encode(kSamples[0], TextEncoding::windows1252(), LineEnding::lf);
-    const auto back = latin ? TextCodec::decode(*latin, std::nullopt, LineEnding::lf) : std::nullopt;
+    const auto back
+        = latin ? TextCodec::decode(*latin, std::nullopt, LineEnding::lf) : std::nullopt;
     t.check(back && back->encoding == TextEncoding::windows1252(),
             QStringLiteral("Windows-1252: codifica non riconosciuta"));
 }
@@ -56,7 +62,8 @@ void checkCodec(SelfTestRunner &t)
 void type(DocumentTab *tab, const QString &text)
 {
     // As typed: at the caret, which moves behind the text.
-    tab->editor()->primaryPane()->SendScintilla(QsciScintillaBase::SCI_REPLACESEL, text.toUtf8().constData());
+    tab->editor()->primaryPane()->SendScintilla(QsciScintillaBase::SCI_REPLACESEL,
+                                                text.toUtf8().constData());
 }
 
 void checkDocuments(SelfTestRunner &t, const QString &folder)
@@ -81,7 +88,8 @@ void checkDocuments(SelfTestRunner &t, const QString &folder)
             QStringLiteral("scrivere e cancellare lascia il documento modificato"));
 
     type(second, QStringLiteral("Perché"));
-    alerts.pushSaveChoice(SaveChoice{folder + QStringLiteral("/a.txt"), TextEncoding::windows1252().id(),
+    alerts.pushSaveChoice(SaveChoice{folder + QStringLiteral("/a.txt"),
+                                     TextEncoding::windows1252().id(),
                                      QStringLiteral("crlf")});
     t.check(window.save(second), QStringLiteral("salvataggio con nome fallito"));
     QFile saved(folder + QStringLiteral("/a.txt"));
@@ -94,11 +102,13 @@ void checkDocuments(SelfTestRunner &t, const QString &folder)
     t.check(window.save(second) && second->document().encoding() == TextEncoding::utf8(),
             QStringLiteral("l'offerta di UTF-8 non salva in UTF-8"));
 
-    QFile::setPermissions(folder + QStringLiteral("/a.txt"), QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup);
+    QFile::setPermissions(folder + QStringLiteral("/a.txt"),
+                          QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup);
     type(second, QStringLiteral("!"));
     window.save(second);
     t.check(QFileInfo(folder + QStringLiteral("/a.txt")).permissions()
-                == (QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadUser | QFile::WriteUser),
+                == (QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadUser
+                    | QFile::WriteUser),
             QStringLiteral("il salvataggio non mantiene i permessi"));
 
     QFile::link(folder + QStringLiteral("/a.txt"), folder + QStringLiteral("/link.txt"));
@@ -130,16 +140,19 @@ void checkLaunch(SelfTestRunner &t, const QString &folder)
             QStringLiteral("testo consegnato prima dell'avvio"));
     delegate.handleUrlEvent(QStringLiteral("mirtex:?text=Dopo"));
     docs = delegate.mainWindow()->documents();
-    t.check(docs.size() == 3 && docs.last()->document().isDirty(), QStringLiteral("testo consegnato dopo l'avvio"));
+    t.check(docs.size() == 3 && docs.last()->document().isDirty(),
+            QStringLiteral("testo consegnato dopo l'avvio"));
 
     // Two modified documents: save the first, cancel at the second.
     type(docs[0], QStringLiteral("uno"));
     Alerts::instance().pushAnswer(QStringLiteral("Salva"));
-    Alerts::instance().pushSaveChoice(SaveChoice{folder + QStringLiteral("/uno.txt"), QStringLiteral("4"), QStringLiteral("lf")});
+    Alerts::instance().pushSaveChoice(
+        SaveChoice{folder + QStringLiteral("/uno.txt"), QStringLiteral("4"), QStringLiteral("lf")});
     Alerts::instance().pushAnswer(QStringLiteral("Annulla"));
     Alerts::instance().clearAsked();
     t.check(!delegate.shouldTerminate(), QStringLiteral("\"Annulla\" non ferma l'uscita"));
-    t.check(QFileInfo::exists(folder + QStringLiteral("/uno.txt")) && Alerts::instance().asked().size() == 2,
+    t.check(QFileInfo::exists(folder + QStringLiteral("/uno.txt"))
+                && Alerts::instance().asked().size() == 2,
             QStringLiteral("uscita: domande o salvataggi sbagliati"));
 }
 
@@ -171,7 +184,8 @@ void checkSyntax(SelfTestRunner &t, const QString &folder)
             if (random.bounded(3) == 0) {
                 pane->SendScintilla(QsciScintillaBase::SCI_DELETEBACK);
             } else {
-                static const char *const kPieces[] = {"\"", "/*", "*/", "\n", "x", "#", "'", "<a>", "é", "😀"};
+                static const char *const kPieces[]
+                    = {"\"", "/*", "*/", "\n", "x", "#", "'", "<a>", "é", "😀"};
                 pane->SendScintilla(QsciScintillaBase::SCI_REPLACESEL, kPieces[random.bounded(10)]);
             }
             valid = tokensAreValid(editor.highlighter().tokens(), editor.textLength());

@@ -40,7 +40,8 @@ SettingsWindow::SettingsWindow(Preferences &prefs, QWidget *parent)
 {
     setObjectName(QStringLiteral("mirtex.settings"));
     setWindowTitle(tr("Impostazioni di Mirtex++"));
-    setWindowFlags(Qt::Window | Qt::WindowTitleHint | Qt::WindowCloseButtonHint | Qt::WindowMinimizeButtonHint);
+    setWindowFlags(Qt::Window | Qt::WindowTitleHint | Qt::WindowCloseButtonHint
+                   | Qt::WindowMinimizeButtonHint);
     auto *layout = new QVBoxLayout(this);
 
     auto *fontBox = new QGroupBox(tr("Carattere"));
@@ -59,14 +60,17 @@ SettingsWindow::SettingsWindow(Preferences &prefs, QWidget *parent)
     size->setRange(6, 72);
     size->setDecimals(1);
     size->setValue(prefs.fontSize());
-    connect(size, &QDoubleSpinBox::valueChanged, this, [this](double v) { m_prefs.setFontSize(v); });
+    connect(
+        size, &QDoubleSpinBox::valueChanged, this, [this](double v) { m_prefs.setFontSize(v); });
     fontForm->addRow(tr("Famiglia:"), family);
     fontForm->addRow(tr("Dimensione:"), size);
     layout->addWidget(fontBox);
 
     auto *editing = new QGroupBox(tr("Scrittura"));
     auto *editLayout = new QVBoxLayout(editing);
-    auto check = [this](QVBoxLayout *into, const QString &label, bool (Preferences::*get)() const,
+    auto check = [this](QVBoxLayout *into,
+                        const QString &label,
+                        bool (Preferences::*get)() const,
                         void (Preferences::*set)(bool)) {
         auto *box = new QCheckBox(label);
         box->setChecked((m_prefs.*get)());
@@ -74,10 +78,18 @@ SettingsWindow::SettingsWindow(Preferences &prefs, QWidget *parent)
         into->addWidget(box);
         return box;
     };
-    check(editLayout, tr("Rientro automatico sulla nuova riga"), &Preferences::autoIndent, &Preferences::setAutoIndent);
-    check(editLayout, tr("Chiudi automaticamente parentesi e virgolette"), &Preferences::autoClose,
+    check(editLayout,
+          tr("Rientro automatico sulla nuova riga"),
+          &Preferences::autoIndent,
+          &Preferences::setAutoIndent);
+    check(editLayout,
+          tr("Chiudi automaticamente parentesi e virgolette"),
+          &Preferences::autoClose,
           &Preferences::setAutoClose);
-    check(editLayout, tr("Inserisci spazi al posto del TAB"), &Preferences::useSpaces, &Preferences::setUseSpaces);
+    check(editLayout,
+          tr("Inserisci spazi al posto del TAB"),
+          &Preferences::useSpaces,
+          &Preferences::setUseSpaces);
     auto *tabRow = new QFormLayout;
     auto *tabWidth = new QSpinBox;
     tabWidth->setRange(1, 16);
@@ -85,25 +97,38 @@ SettingsWindow::SettingsWindow(Preferences &prefs, QWidget *parent)
     connect(tabWidth, &QSpinBox::valueChanged, this, [this](int v) { m_prefs.setTabWidth(v); });
     tabRow->addRow(tr("Larghezza del TAB:"), tabWidth);
     editLayout->addLayout(tabRow);
-    check(editLayout, tr("Evidenziazione intelligente della parola selezionata"), &Preferences::smartHighlight,
+    check(editLayout,
+          tr("Evidenziazione intelligente della parola selezionata"),
+          &Preferences::smartHighlight,
           &Preferences::setSmartHighlight);
-    check(editLayout, tr("Evidenzia le parentesi corrispondenti"), &Preferences::braceMatch,
+    check(editLayout,
+          tr("Evidenzia le parentesi corrispondenti"),
+          &Preferences::braceMatch,
           &Preferences::setBraceMatch);
     layout->addWidget(editing);
 
     auto *files = new QGroupBox(tr("File e sessione"));
     auto *fileLayout = new QVBoxLayout(files);
-    auto *remember = check(fileLayout, tr("Ricorda la sessione (schede e testo non salvato) all'uscita"),
-                           &Preferences::rememberSession, &Preferences::setRememberSession);
+    auto *remember = check(fileLayout,
+                           tr("Ricorda la sessione (schede e testo non salvato) all'uscita"),
+                           &Preferences::rememberSession,
+                           &Preferences::setRememberSession);
     fileLayout->addWidget(m_sessionNote);
     connect(remember, &QCheckBox::toggled, this, &SettingsWindow::refreshSessionNote);
-    check(fileLayout, tr("Avvisa se un file aperto viene cambiato da un altro programma"),
-          &Preferences::checkExternalChanges, &Preferences::setCheckExternalChanges);
-    check(fileLayout, tr("Mostra i file e le cartelle nascosti"), &Preferences::showHiddenFiles,
+    check(fileLayout,
+          tr("Avvisa se un file aperto viene cambiato da un altro programma"),
+          &Preferences::checkExternalChanges,
+          &Preferences::setCheckExternalChanges);
+    check(fileLayout,
+          tr("Mostra i file e le cartelle nascosti"),
+          &Preferences::showHiddenFiles,
           &Preferences::setShowHiddenFiles);
-    check(fileLayout, tr("Apri i file Markdown con l'anteprima accanto"), &Preferences::markdownPreviewOnOpen,
+    check(fileLayout,
+          tr("Apri i file Markdown con l'anteprima accanto"),
+          &Preferences::markdownPreviewOnOpen,
           &Preferences::setMarkdownPreviewOnOpen);
-    fileLayout->addWidget(note(tr("Ctrl+Shift+V mostra o nasconde l'anteprima; da lì puoi anche esportare in PDF.")));
+    fileLayout->addWidget(
+        note(tr("Ctrl+Shift+V mostra o nasconde l'anteprima; da lì puoi anche esportare in PDF.")));
     layout->addWidget(files);
 
     auto *themeBox = new QGroupBox(tr("Tema"));
@@ -136,13 +161,16 @@ void SettingsWindow::refreshThemePreview()
 {
     const Theme &theme = Theme::resolve(m_prefs.themeID(), AppearanceController::systemIsDark());
     auto span = [&theme](TokenKind kind, const QString &text) {
-        return QStringLiteral("<span style=\"color:%1\">%2</span>").arg(theme.color(kind).hexName(), text.toHtmlEscaped());
+        return QStringLiteral("<span style=\"color:%1\">%2</span>")
+            .arg(theme.color(kind).hexName(), text.toHtmlEscaped());
     };
-    const QString line = span(TokenKind::keyword, QStringLiteral("let")) + QStringLiteral(" saluto = ")
-                         + span(TokenKind::string, QStringLiteral("\"Ciao, \\(nome)!\""))
-                         + QStringLiteral(" ") + span(TokenKind::comment, QStringLiteral("// 3 volte"));
-    m_themePreview->setText(QStringLiteral("<span style=\"font-family:monospace; color:%1\">%2</span>")
-                                .arg(theme.text.hexName(), line));
+    const QString line
+        = span(TokenKind::keyword, QStringLiteral("let")) + QStringLiteral(" saluto = ")
+          + span(TokenKind::string, QStringLiteral("\"Ciao, \\(nome)!\"")) + QStringLiteral(" ")
+          + span(TokenKind::comment, QStringLiteral("// 3 volte"));
+    m_themePreview->setText(
+        QStringLiteral("<span style=\"font-family:monospace; color:%1\">%2</span>")
+            .arg(theme.text.hexName(), line));
     QPalette palette = m_themePreview->palette();
     palette.setColor(QPalette::Window, QColor::fromRgba(theme.background.argb()));
     m_themePreview->setPalette(palette);
@@ -152,7 +180,8 @@ void SettingsWindow::refreshSessionNote()
 {
     m_sessionNote->setText(
         m_prefs.rememberSession()
-            ? tr("Uscendo non ti viene chiesto di salvare: alla riapertura ritrovi tutto, anche le schede mai salvate.")
+            ? tr("Uscendo non ti viene chiesto di salvare: alla riapertura ritrovi tutto, anche le "
+                 "schede mai salvate.")
             : tr("Uscendo ti viene chiesto se salvare ogni documento modificato."));
 }
 

@@ -62,7 +62,8 @@ bool SingleInstance::handOver(const QStringList &files, const QStringList &urls)
     socket.connectToServer(serverName());
     if (!socket.waitForConnected(kTimeoutMs))
         return false;
-    QJsonObject message{{QStringLiteral("files"), toArray(files)}, {QStringLiteral("urls"), toArray(urls)}};
+    QJsonObject message{{QStringLiteral("files"), toArray(files)},
+                        {QStringLiteral("urls"), toArray(urls)}};
     socket.write(QJsonDocument(message).toJson(QJsonDocument::Compact) + '\n');
     if (!socket.waitForBytesWritten(kTimeoutMs))
         return false;

@@ -15,8 +15,7 @@ namespace mirtex {
 WindowSession::WindowSession(Preferences &prefs, const QString &folder)
     : m_prefs(prefs)
     , m_store(folder)
-{
-}
+{}
 
 void WindowSession::write(MainWindow &window)
 {
@@ -41,18 +40,20 @@ void WindowSession::write(MainWindow &window)
             entry.bookmarks.append(line);
         entry.readOnly = doc.isReadOnly();
         if (const auto split = editor->split())
-            entry.split = *split == Qt::Horizontal ? QStringLiteral("side") : QStringLiteral("stacked");
+            entry.split
+                = *split == Qt::Horizontal ? QStringLiteral("side") : QStringLiteral("stacked");
         item.needsBackup = doc.isDirty() || (!doc.path() && editor->textLength() > 0);
         item.changeCount = doc.changeCount();
         item.backedUpChangeCount = doc.backedUpChangeCount();
         item.text = [editor]() { return editor->text(); };
         documents.append(std::move(item));
     }
-    const SessionWriteResult result = m_store.write(documents, window.currentIndex(),
-                                                    window.workspaceFolders(), window.isSidebarVisible());
+    const SessionWriteResult result = m_store.write(
+        documents, window.currentIndex(), window.workspaceFolders(), window.isSidebarVisible());
     // Only backups really written count; a failed write is tried again at the next tick.
     for (DocumentTab *tab : tabs) {
-        const auto written = result.backedUpChangeCounts.find(tab->document().id().toString(QUuid::WithoutBraces));
+        const auto written
+            = result.backedUpChangeCounts.find(tab->document().id().toString(QUuid::WithoutBraces));
         if (written != result.backedUpChangeCounts.end())
             tab->document().setBackedUpChangeCount(*written);
     }
@@ -74,7 +75,8 @@ bool WindowSession::restore(MainWindow &window)
         if (restoreEntry(window, entry))
             ++opened;
     }
-    if (const auto selected = SessionRestore::clampSelected(state->selected, window.documents().size()))
+    if (const auto selected
+        = SessionRestore::clampSelected(state->selected, window.documents().size()))
         window.selectIndex(int(*selected));
     for (const QString &folder : std::as_const(state->workspace)) {
         if (QFileInfo(folder).isDir())
@@ -87,7 +89,8 @@ bool WindowSession::restore(MainWindow &window)
 bool WindowSession::restoreEntry(MainWindow &window, const SessionState::Entry &entry)
 {
     const LineEnding fallbackEnding = lineEndingFromPreference(m_prefs.defaultLineEndingID());
-    const TextEncoding encoding = TextEncoding::fromId(entry.encoding).value_or(TextEncoding::utf8());
+    const TextEncoding encoding
+        = TextEncoding::fromId(entry.encoding).value_or(TextEncoding::utf8());
     const LineEnding ending = lineEndingFromString(entry.lineEnding).value_or(LineEnding::lf);
 
     std::optional<QByteArray> backup;
@@ -108,13 +111,20 @@ bool WindowSession::restoreEntry(MainWindow &window, const SessionState::Entry &
     if (!backup && !disk && entry.path)
         return false;
 
-    const QUuid id = QUuid::fromString(entry.id).isNull() ? QUuid::createUuid() : QUuid::fromString(entry.id);
+    const QUuid id
+        = QUuid::fromString(entry.id).isNull() ? QUuid::createUuid() : QUuid::fromString(entry.id);
     const QByteArray text = backup ? *backup : disk ? disk->utf8 : QByteArray();
     std::optional<QByteArray> saved;
     if (backup)
         saved = disk ? disk->utf8 : QByteArray(); // dirty exactly when the backup differs from disk
-    auto *tab = new DocumentTab(m_prefs, text, disk ? std::optional<QString>(disk->path) : entry.path,
-                                encoding, ending, entry.untitledName.value_or(QString()), id, saved);
+    auto *tab = new DocumentTab(m_prefs,
+                                text,
+                                disk ? std::optional<QString>(disk->path) : entry.path,
+                                encoding,
+                                ending,
+                                entry.untitledName.value_or(QString()),
+                                id,
+                                saved);
     Document &doc = tab->document();
     tab->setLanguage(Language::byId(entry.language));
     if (disk)
@@ -132,8 +142,10 @@ bool WindowSession::restoreEntry(MainWindow &window, const SessionState::Entry &
     editor->setFirstVisibleLine(int(entry.scroll));
     if (!entry.bookmarks.isEmpty()) {
         const QString whole = editor->text();
-        const auto lines = SessionRestore::bookmarksWithin(entry.bookmarks, SessionRestore::lineCountOf(whole));
-        editor->annotations().setBookmarkedLines(std::vector<qsizetype>(lines.begin(), lines.end()));
+        const auto lines
+            = SessionRestore::bookmarksWithin(entry.bookmarks, SessionRestore::lineCountOf(whole));
+        editor->annotations().setBookmarkedLines(
+            std::vector<qsizetype>(lines.begin(), lines.end()));
     }
     return true;
 }

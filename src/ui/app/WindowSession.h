@@ -13,7 +13,8 @@ struct SessionState;
 class WindowSession : public SessionKeeper
 {
 public:
-    explicit WindowSession(Preferences &prefs, const QString &folder = SessionStore::defaultFolderPath());
+    explicit WindowSession(Preferences &prefs,
+                           const QString &folder = SessionStore::defaultFolderPath());
 
     bool restore(MainWindow &window) override;
     void write(MainWindow &window) override;

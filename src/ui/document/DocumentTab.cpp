@@ -15,8 +15,13 @@ DocumentTab::DocumentTab(Preferences &prefs,
     : m_editor(new EditorView(prefs))
 {
     m_editor->loadText(utf8);
-    m_document = std::make_unique<Document>(
-        m_editor.data(), savedUtf8.value_or(utf8), std::move(path), encoding, lineEnding, untitledName, id);
+    m_document = std::make_unique<Document>(m_editor.data(),
+                                            savedUtf8.value_or(utf8),
+                                            std::move(path),
+                                            encoding,
+                                            lineEnding,
+                                            untitledName,
+                                            id);
     if (savedUtf8)
         m_document->updateDirty();
     m_document->onStateChange = [this]() { Q_EMIT stateChanged(); };

@@ -33,7 +33,9 @@ public:
     ~DocumentTab() override;
 
     Document &document() { return *m_document; }
+
     const Document &document() const { return *m_document; }
+
     EditorView *editor() const { return m_editor; }
 
     // Colours the tab in `language` and records it in the document.

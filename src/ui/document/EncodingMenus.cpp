@@ -20,7 +20,8 @@ QMenu *EncodingMenus::build(const QString &title,
     auto add = [&onChosen](QMenu *into, TextEncoding encoding) {
         QAction *action = into->addAction(encoding.label());
         action->setData(encoding.id());
-        QObject::connect(action, &QAction::triggered, into, [onChosen, encoding]() { onChosen(encoding); });
+        QObject::connect(
+            action, &QAction::triggered, into, [onChosen, encoding]() { onChosen(encoding); });
     };
     for (const TextEncoding &encoding : commonEncodings())
         add(menu, encoding);
@@ -54,7 +55,8 @@ QMenu *EncodingMenus::buildLineEndings(const QString &title,
     for (LineEnding ending : kEndings) {
         QAction *action = menu->addAction(lineEndingLabel(ending));
         action->setData(toString(ending));
-        QObject::connect(action, &QAction::triggered, menu, [onChosen, ending]() { onChosen(ending); });
+        QObject::connect(
+            action, &QAction::triggered, menu, [onChosen, ending]() { onChosen(ending); });
     }
     return menu;
 }

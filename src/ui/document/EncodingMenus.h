@@ -18,9 +18,8 @@ namespace mirtex {
 class EncodingMenus
 {
 public:
-    static QMenu *build(const QString &title,
-                        QWidget *parent,
-                        const std::function<void(TextEncoding)> &onChosen);
+    static QMenu *
+    build(const QString &title, QWidget *parent, const std::function<void(TextEncoding)> &onChosen);
     static QMenu *buildLineEndings(const QString &title,
                                    QWidget *parent,
                                    const std::function<void(LineEnding)> &onChosen);

@@ -19,8 +19,8 @@
 #include <QFileInfo>
 #include <QMimeData>
 #include <QTabBar>
-#include <QToolButton>
 #include <QTabWidget>
+#include <QToolButton>
 
 namespace mirtex {
 
@@ -156,7 +156,10 @@ DocumentTab *MainWindow::newDocument(const QString &text)
     auto encoding = TextEncoding::fromId(m_prefs.defaultEncodingID());
     if (!encoding || !findCharacterSet(encoding->encoding))
         encoding = TextEncoding::utf8();
-    auto *tab = new DocumentTab(m_prefs, text.toUtf8(), std::nullopt, *encoding,
+    auto *tab = new DocumentTab(m_prefs,
+                                text.toUtf8(),
+                                std::nullopt,
+                                *encoding,
                                 lineEndingFromPreference(m_prefs.defaultLineEndingID()),
                                 nextUntitledName());
     addDocument(tab);
@@ -176,9 +179,8 @@ void MainWindow::addDocument(DocumentTab *tab)
         if (tab == currentDocument())
             m_statusBar->showCaret(*tab->editor());
     });
-    connect(tab->editor(), &EditorView::zoomChanged, this, [this](int zoom) {
-        m_prefs.setZoom(zoom);
-    });
+    connect(
+        tab->editor(), &EditorView::zoomChanged, this, [this](int zoom) { m_prefs.setZoom(zoom); });
     const int index = m_tabs->addTab(tab->editor(), tab->document().displayName());
     refreshTab(tab);
     m_tabs->setCurrentIndex(index);
@@ -198,7 +200,8 @@ void MainWindow::refreshTab(DocumentTab *tab)
     if (doc.isDirty())
         title = QStringLiteral("● ") + title;
     m_tabs->setTabText(index, title);
-    m_tabs->setTabToolTip(index, doc.path() ? DisplayPath::forDisplay(*doc.path()) : doc.displayName());
+    m_tabs->setTabToolTip(index,
+                          doc.path() ? DisplayPath::forDisplay(*doc.path()) : doc.displayName());
     if (tab == currentDocument())
         refreshTitle();
 }
@@ -212,7 +215,8 @@ void MainWindow::refreshTitle()
     }
     const Document &doc = tab->document();
     const QString where = doc.path() ? DisplayPath::forDisplay(*doc.path()) : doc.displayName();
-    setWindowTitle(where + (doc.isDirty() ? QStringLiteral(" ●") : QString()) + QStringLiteral(" — Mirtex++"));
+    setWindowTitle(where + (doc.isDirty() ? QStringLiteral(" ●") : QString())
+                   + QStringLiteral(" — Mirtex++"));
 }
 
 void MainWindow::refreshStatus()

@@ -66,7 +66,11 @@ public:
     // Asks about unsaved changes first; "Annulla" keeps the tab.
     bool closeDocument(DocumentTab *tab);
     // The save question of closing and quitting: true when the caller may go on.
-    enum class SaveAnswer { saved, discarded, cancelled };
+    enum class SaveAnswer {
+        saved,
+        discarded,
+        cancelled
+    };
     SaveAnswer askToSave(DocumentTab *tab);
     // Closes without asking (quit, tests).
     void discardDocument(DocumentTab *tab);
@@ -78,7 +82,9 @@ public:
 
     void openWorkspace(const QString &folder);
     QStringList workspaceFolders() const;
+
     WorkspaceSidebar *sidebar() const { return m_sidebar; }
+
     void setSidebarVisible(bool visible);
     bool isSidebarVisible() const;
 

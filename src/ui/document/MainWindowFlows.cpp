@@ -1,12 +1,11 @@
 // The document flows of the main window: opening (with the large-file question), saving (with
 // the UTF-8 offer), closing with unsaved changes, reopening in another encoding, and the questions
 // about files changed by other programs.
-#include "ui/document/MainWindow.h"
-
 #include "core/app/Preferences.h"
 #include "core/document/FileNaming.h"
 #include "ui/app/Alerts.h"
 #include "ui/document/DocumentTab.h"
+#include "ui/document/MainWindow.h"
 #include "ui/document/SaveDialog.h"
 #include "ui/editor/EditorView.h"
 
@@ -48,13 +47,14 @@ DocumentTab *MainWindow::openPath(const QString &path, std::optional<TextEncodin
     }
     if (!confirmLargeFile(canonical))
         return nullptr;
-    auto loaded = Document::read(canonical, forced, lineEndingFromPreference(m_prefs.defaultLineEndingID()));
+    auto loaded = Document::read(
+        canonical, forced, lineEndingFromPreference(m_prefs.defaultLineEndingID()));
     if (!loaded) {
         Alerts::instance().inform(this, loaded.error().description());
         return nullptr;
     }
-    auto *tab = new DocumentTab(m_prefs, loaded->utf8, canonical, loaded->encoding,
-                                loaded->lineEnding, QString());
+    auto *tab = new DocumentTab(
+        m_prefs, loaded->utf8, canonical, loaded->encoding, loaded->lineEnding, QString());
     loaded->utf8 = {};
     tab->document().setFileModificationDate(loaded->modified);
     tab->document().setReadOnly(loaded->readOnly);
@@ -91,11 +91,12 @@ bool MainWindow::writeAdopting(DocumentTab *tab,
             return true;
         }
         if (written.error().kind == DocumentError::Kind::unencodable) {
-            const int answer = Alerts::instance().ask(
-                this,
-                tr("Alcuni caratteri non si possono salvare in %1.").arg(written.error().encoding.label()),
-                tr("Salvare il file in UTF-8?"),
-                {tr("Salva in UTF-8"), tr("Annulla")});
+            const int answer
+                = Alerts::instance().ask(this,
+                                         tr("Alcuni caratteri non si possono salvare in %1.")
+                                             .arg(written.error().encoding.label()),
+                                         tr("Salvare il file in UTF-8?"),
+                                         {tr("Salva in UTF-8"), tr("Annulla")});
             if (answer != 0)
                 return false;
             encoding = TextEncoding::utf8();
@@ -205,7 +206,8 @@ void MainWindow::reopenWithEncoding(DocumentTab *tab, TextEncoding encoding)
         if (answer != 0)
             return;
     }
-    auto loaded = Document::read(*doc.path(), encoding, lineEndingFromPreference(m_prefs.defaultLineEndingID()));
+    auto loaded = Document::read(
+        *doc.path(), encoding, lineEndingFromPreference(m_prefs.defaultLineEndingID()));
     if (!loaded) {
         Alerts::instance().inform(this, loaded.error().description());
         return;
@@ -244,12 +246,13 @@ void MainWindow::checkExternalChanges()
         const int answer = Alerts::instance().ask(
             this,
             tr("“%1” è cambiato sul disco.").arg(doc.displayName()),
-            doc.isDirty() ? tr("È stato modificato da un altro programma. Ricaricandolo perderai le modifiche fatte qui.")
+            doc.isDirty() ? tr("È stato modificato da un altro programma. Ricaricandolo perderai "
+                               "le modifiche fatte qui.")
                           : tr("È stato modificato da un altro programma. Vuoi ricaricarlo?"),
             {tr("Ricarica"), tr("Ignora")});
         if (answer == 0) {
-            auto loaded = Document::read(*doc.path(), std::nullopt,
-                                         lineEndingFromPreference(m_prefs.defaultLineEndingID()));
+            auto loaded = Document::read(
+                *doc.path(), std::nullopt, lineEndingFromPreference(m_prefs.defaultLineEndingID()));
             if (loaded)
                 doc.reload(*loaded);
             else

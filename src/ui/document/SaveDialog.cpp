@@ -19,10 +19,8 @@ namespace {
 const QString kLastSaveDirectory = QStringLiteral("lastSaveDirectory");
 }
 
-std::optional<SaveDialogChoice> SaveDialog::ask(QWidget *parent,
-                                                Preferences &prefs,
-                                                const Document &document,
-                                                const QString &title)
+std::optional<SaveDialogChoice>
+SaveDialog::ask(QWidget *parent, Preferences &prefs, const Document &document, const QString &title)
 {
     Alerts &alerts = Alerts::instance();
     if (alerts.isScripted()) {
@@ -57,9 +55,13 @@ std::optional<SaveDialogChoice> SaveDialog::ask(QWidget *parent,
     EncodingMenus::fillLineEndingPopup(endingPopup, document.lineEnding());
     if (auto *grid = qobject_cast<QGridLayout *>(dialog.layout())) {
         const int row = grid->rowCount();
-        grid->addWidget(new QLabel(QCoreApplication::translate("SaveDialog", "Codifica:"), &dialog), row, 0);
+        grid->addWidget(
+            new QLabel(QCoreApplication::translate("SaveDialog", "Codifica:"), &dialog), row, 0);
         grid->addWidget(encodingPopup, row, 1);
-        grid->addWidget(new QLabel(QCoreApplication::translate("SaveDialog", "Fine riga:"), &dialog), row + 1, 0);
+        grid->addWidget(
+            new QLabel(QCoreApplication::translate("SaveDialog", "Fine riga:"), &dialog),
+            row + 1,
+            0);
         grid->addWidget(endingPopup, row + 1, 1);
     }
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
@@ -67,8 +69,10 @@ std::optional<SaveDialogChoice> SaveDialog::ask(QWidget *parent,
 
     SaveDialogChoice choice;
     choice.path = dialog.selectedFiles().first();
-    choice.encoding = TextEncoding::fromId(encodingPopup->currentData().toString()).value_or(document.encoding());
-    choice.lineEnding = lineEndingFromString(endingPopup->currentData().toString()).value_or(document.lineEnding());
+    choice.encoding = TextEncoding::fromId(encodingPopup->currentData().toString())
+                          .value_or(document.encoding());
+    choice.lineEnding = lineEndingFromString(endingPopup->currentData().toString())
+                            .value_or(document.lineEnding());
     prefs.setValue(kLastSaveDirectory, QFileInfo(choice.path).absolutePath());
     return choice;
 }

@@ -27,10 +27,8 @@ class SaveDialog
 {
 public:
     // Nothing when cancelled. While alerts are scripted, the scripted choice is used.
-    static std::optional<SaveDialogChoice> ask(QWidget *parent,
-                                               Preferences &prefs,
-                                               const Document &document,
-                                               const QString &title);
+    static std::optional<SaveDialogChoice>
+    ask(QWidget *parent, Preferences &prefs, const Document &document, const QString &title);
 };
 
 } // namespace mirtex

@@ -42,18 +42,17 @@ StatusBar::StatusBar(QWidget *parent)
     addPermanentWidget(m_zoom);
 
     auto *encodingMenu = new QMenu(m_encoding);
-    encodingMenu->addMenu(EncodingMenus::build(tr("Converti in"), encodingMenu, [this](TextEncoding e) {
-        Q_EMIT convertRequested(e);
-    }));
-    encodingMenu->addMenu(EncodingMenus::build(tr("Riapri con codifica"), encodingMenu, [this](TextEncoding e) {
-        Q_EMIT reopenRequested(e);
-    }));
+    encodingMenu->addMenu(EncodingMenus::build(
+        tr("Converti in"), encodingMenu, [this](TextEncoding e) { Q_EMIT convertRequested(e); }));
+    encodingMenu->addMenu(
+        EncodingMenus::build(tr("Riapri con codifica"), encodingMenu, [this](TextEncoding e) {
+            Q_EMIT reopenRequested(e);
+        }));
     m_encoding->setMenu(encodingMenu);
     m_encoding->setToolTip(tr("Codifica"));
 
-    m_lineEnding->setMenu(EncodingMenus::buildLineEndings(tr("Fine riga"), this, [this](LineEnding e) {
-        Q_EMIT lineEndingRequested(e);
-    }));
+    m_lineEnding->setMenu(EncodingMenus::buildLineEndings(
+        tr("Fine riga"), this, [this](LineEnding e) { Q_EMIT lineEndingRequested(e); }));
     m_lineEnding->setToolTip(tr("Fine riga"));
     m_language->setToolTip(tr("Linguaggio"));
     showDocument(nullptr);
@@ -62,8 +61,10 @@ StatusBar::StatusBar(QWidget *parent)
 void StatusBar::showDocument(DocumentTab *tab)
 {
     const bool has = tab != nullptr;
-    for (QWidget *w : {static_cast<QWidget *>(m_caret), static_cast<QWidget *>(m_selection),
-                       static_cast<QWidget *>(m_encoding), static_cast<QWidget *>(m_lineEnding),
+    for (QWidget *w : {static_cast<QWidget *>(m_caret),
+                       static_cast<QWidget *>(m_selection),
+                       static_cast<QWidget *>(m_encoding),
+                       static_cast<QWidget *>(m_lineEnding),
                        static_cast<QWidget *>(m_language)})
         w->setVisible(has);
     if (!tab)
@@ -77,14 +78,18 @@ void StatusBar::showDocument(DocumentTab *tab)
 
 void StatusBar::showCaret(const EditorView &editor)
 {
-    m_caret->setText(tr("Riga %1, Col %2").arg(editor.caretLineNumber()).arg(editor.caretColumnNumber()));
+    m_caret->setText(
+        tr("Riga %1, Col %2").arg(editor.caretLineNumber()).arg(editor.caretColumnNumber()));
     const qsizetype selected = editor.selectionLength();
     m_selection->setText(selected > 0 ? tr("Sel %1").arg(selected) : QString());
 }
 
 void StatusBar::showZoom(int zoomStep)
 {
-    m_zoom->setText(zoomStep == 0 ? QString() : tr("Zoom %1%2").arg(zoomStep > 0 ? QStringLiteral("+") : QString()).arg(zoomStep));
+    m_zoom->setText(
+        zoomStep == 0
+            ? QString()
+            : tr("Zoom %1%2").arg(zoomStep > 0 ? QStringLiteral("+") : QString()).arg(zoomStep));
 }
 
 } // namespace mirtex

@@ -25,6 +25,7 @@ public:
     void showDocument(DocumentTab *tab);
     void showCaret(const EditorView &editor);
     void showZoom(int zoomStep);
+
     QToolButton *languageButton() const { return m_language; }
 
 Q_SIGNALS:

@@ -20,7 +20,9 @@ public:
     WorkspaceSidebar(Preferences &prefs, QWidget *parent = nullptr);
 
     void addFolder(const QString &folder);
+
     QStringList folders() const { return m_folders; }
+
     void setShowHidden(bool show);
 
 Q_SIGNALS:

@@ -65,7 +65,8 @@ void EditorAnnotations::configurePane(EditorPane *pane)
         pane->SendScintilla(Sci::SCI_INDICSETSTYLE, indicator, Sci::INDIC_FULLBOX);
         pane->SendScintilla(Sci::SCI_INDICSETFORE, indicator, colour);
         pane->SendScintilla(Sci::SCI_INDICSETALPHA, static_cast<unsigned long>(indicator), 255L);
-        pane->SendScintilla(Sci::SCI_INDICSETOUTLINEALPHA, static_cast<unsigned long>(indicator), 0L);
+        pane->SendScintilla(
+            Sci::SCI_INDICSETOUTLINEALPHA, static_cast<unsigned long>(indicator), 0L);
         pane->SendScintilla(Sci::SCI_INDICSETUNDER, indicator, 1L);
     }
     if (!pane->property("mirtexBookmarkClicks").toBool()) {
@@ -150,13 +151,15 @@ void EditorAnnotations::updateBraces()
         const qsizetype fromByte = positions.toByte(from);
         const qsizetype toByte = positions.toByte(to);
         const char *window = reinterpret_cast<const char *>(
-            m_view.primaryPane()->SendScintilla(Sci::SCI_GETRANGEPOINTER, static_cast<unsigned long>(fromByte),
+            m_view.primaryPane()->SendScintilla(Sci::SCI_GETRANGEPOINTER,
+                                                static_cast<unsigned long>(fromByte),
                                                 long(toByte - fromByte)));
         const QString text = QString::fromUtf8(window, toByte - fromByte);
         if (const auto match = matchBraces(text, caret - from)) {
             m_model.braceRanges.push_back({match->brace.location + from, match->brace.length});
             if (match->partner)
-                m_model.braceRanges.push_back({match->partner->location + from, match->partner->length});
+                m_model.braceRanges.push_back(
+                    {match->partner->location + from, match->partner->length});
         }
     }
     paintRanges(kBraceIndicator, m_model.braceRanges);
@@ -168,21 +171,25 @@ void EditorAnnotations::startSmartHighlight()
     m_smartStop = std::stop_source();
     const quint64 generation = ++m_smartGeneration;
     const TextRange selection = m_view.selection();
-    if (!m_prefs.smartHighlight() || selection.length < 1 || selection.length > kSmartWordMaxLength) {
+    if (!m_prefs.smartHighlight() || selection.length < 1
+        || selection.length > kSmartWordMaxLength) {
         m_model.smartRanges.clear();
         paintRanges(kSmartIndicator, {});
         return;
     }
     const QByteArray bytes = m_view.utf8Text();
     auto *watcher = new QFutureWatcher<std::vector<TextRange>>(this);
-    connect(watcher, &QFutureWatcher<std::vector<TextRange>>::finished, this, [this, watcher, generation]() {
-        watcher->deleteLater();
-        if (generation != m_smartGeneration)
-            return; // a newer selection or edit superseded this search
-        m_model.smartRanges = watcher->result();
-        paintRanges(kSmartIndicator, m_model.smartRanges);
-        Q_EMIT smartHighlightsPainted(qsizetype(m_model.smartRanges.size()));
-    });
+    connect(watcher,
+            &QFutureWatcher<std::vector<TextRange>>::finished,
+            this,
+            [this, watcher, generation]() {
+                watcher->deleteLater();
+                if (generation != m_smartGeneration)
+                    return; // a newer selection or edit superseded this search
+                m_model.smartRanges = watcher->result();
+                paintRanges(kSmartIndicator, m_model.smartRanges);
+                Q_EMIT smartHighlightsPainted(qsizetype(m_model.smartRanges.size()));
+            });
     watcher->setFuture(QtConcurrent::run([bytes, selection, stop = m_smartStop.get_token()]() {
         const QString text = QString::fromUtf8(bytes);
         return findSmartHighlights(text, selection, kSmartRangesLimit, stop);
@@ -208,8 +215,8 @@ void EditorAnnotations::paintBookmarks()
     EditorPane *pane = m_view.primaryPane();
     pane->SendScintilla(Sci::SCI_MARKERDELETEALL, kBookmarkMarker);
     for (const qint64 offset : m_model.bookmarkOffsets) {
-        const long line = pane->SendScintilla(Sci::SCI_LINEFROMINDEXPOSITION, long(offset),
-                                              long(Sci::SC_LINECHARACTERINDEX_UTF16));
+        const long line = pane->SendScintilla(
+            Sci::SCI_LINEFROMINDEXPOSITION, long(offset), long(Sci::SC_LINECHARACTERINDEX_UTF16));
         pane->SendScintilla(Sci::SCI_MARKERADD, line, kBookmarkMarker);
     }
 }
@@ -225,8 +232,8 @@ std::vector<qsizetype> EditorAnnotations::bookmarkedLines() const
     std::vector<qsizetype> lines;
     EditorPane *pane = m_view.primaryPane();
     for (const qint64 offset : m_model.bookmarkOffsets)
-        lines.push_back(pane->SendScintilla(Sci::SCI_LINEFROMINDEXPOSITION, long(offset),
-                                            long(Sci::SC_LINECHARACTERINDEX_UTF16)));
+        lines.push_back(pane->SendScintilla(
+            Sci::SCI_LINEFROMINDEXPOSITION, long(offset), long(Sci::SC_LINECHARACTERINDEX_UTF16)));
     std::sort(lines.begin(), lines.end());
     lines.erase(std::unique(lines.begin(), lines.end()), lines.end());
     return lines;

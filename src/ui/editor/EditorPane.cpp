@@ -43,7 +43,8 @@ bool isQuote(QChar c)
 // every caret move and edit (hundreds of milliseconds deep in a 100 MB file).
 QAccessibleInterface *plainPaneAccessible(const QString &className, QObject *object)
 {
-    if (QAccessible::isActive() || className != QLatin1String("mirtex::EditorPane") || !object->isWidgetType())
+    if (QAccessible::isActive() || className != QLatin1String("mirtex::EditorPane")
+        || !object->isWidgetType())
         return nullptr;
     return new QAccessibleWidget(static_cast<QWidget *>(object), QAccessible::EditableText);
 }
@@ -71,8 +72,8 @@ EditorPane::EditorPane(QWidget *parent)
     setScrollWidthTracking(true);
     setScrollWidth(1);
     SendScintilla(SCI_SETMODEVENTMASK,
-                  SC_MOD_INSERTTEXT | SC_MOD_DELETETEXT | SC_MOD_BEFOREDELETE
-                      | SC_PERFORMED_USER | SC_PERFORMED_UNDO | SC_PERFORMED_REDO);
+                  SC_MOD_INSERTTEXT | SC_MOD_DELETETEXT | SC_MOD_BEFOREDELETE | SC_PERFORMED_USER
+                      | SC_PERFORMED_UNDO | SC_PERFORMED_REDO);
     connect(this, &QsciScintilla::linesChanged, this, &EditorPane::updateLineNumberWidth);
 }
 
@@ -119,7 +120,9 @@ void EditorPane::refreshStyles()
     // Every token style starts as a copy of the default (font, size, page), then gets its colour.
     SendScintilla(SCI_STYLECLEARALL);
     for (int kind = 0; kind < kTokenKindCount; ++kind)
-        SendScintilla(SCI_STYLESETFORE, PaneHighlightTarget::kFirstTokenStyle + kind, colors.tokens[std::size_t(kind)]);
+        SendScintilla(SCI_STYLESETFORE,
+                      PaneHighlightTarget::kFirstTokenStyle + kind,
+                      colors.tokens[std::size_t(kind)]);
     SendScintilla(SCI_STYLESETBACK, STYLE_LINENUMBER, colors.gutter);
     SendScintilla(SCI_STYLESETFORE, STYLE_LINENUMBER, colors.gutterText);
     setCaretForegroundColor(colors.caret);

@@ -3,8 +3,8 @@
 #include "core/app/Preferences.h"
 #include "core/languages/SyntaxHighlighter.h"
 #include "ui/editor/EditorAnnotations.h"
-#include "ui/editor/PaneHighlightTarget.h"
 #include "ui/editor/EditorPane.h"
+#include "ui/editor/PaneHighlightTarget.h"
 #include "ui/editor/ScintillaDocuments.h"
 #include "ui/editor/TextPositions.h"
 
@@ -36,12 +36,13 @@ EditorView::EditorView(Preferences &prefs, QWidget *parent)
     m_primary = makePane();
     m_active = m_primary;
     m_positions = std::make_unique<TextPositions>(m_primary);
-    connect(m_primary,
-            &Sci::SCN_MODIFIED,
-            this,
-            [this](int position, int type, const char *text, int length, int, int, int, int, int, int) {
-                onModified(position, type, text, length);
-            });
+    connect(
+        m_primary,
+        &Sci::SCN_MODIFIED,
+        this,
+        [this](int position, int type, const char *text, int length, int, int, int, int, int, int) {
+            onModified(position, type, text, length);
+        });
     m_highlighter = new SyntaxHighlighter(nullptr, Language::text(), this);
     m_primaryTarget = new PaneHighlightTarget(*this, m_primary, *m_highlighter);
     m_highlighter->attach(m_primaryTarget);
@@ -110,8 +111,9 @@ void EditorView::loadText(const QByteArray &utf8)
     // before a change, and report each change right after it (next notice, end of the input
     // event, or the next event-loop turn).
     m_deferEdits = utf8.size() > kDeferredEditsAboveBytes;
-    m_primary->SendScintilla(Sci::SCI_SETMODEVENTMASK,
-                             m_deferEdits ? long(Sci::SC_MOD_BEFOREINSERT | Sci::SC_MOD_BEFOREDELETE) : eventMask);
+    m_primary->SendScintilla(
+        Sci::SCI_SETMODEVENTMASK,
+        m_deferEdits ? long(Sci::SC_MOD_BEFOREINSERT | Sci::SC_MOD_BEFOREDELETE) : eventMask);
     // What the pane would have announced had it seen the insertion (the gutter width follows).
     Q_EMIT m_primary->textChanged();
     Q_EMIT m_primary->linesChanged();
@@ -148,7 +150,10 @@ void EditorView::onModifiedDeferred(int position, int type, int length)
     if (type & Sci::SC_MOD_BEFOREINSERT) {
         m_pendingEdit = PendingEdit{true, position, length, 0, 0};
     } else if (type & Sci::SC_MOD_BEFOREDELETE) {
-        m_pendingEdit = PendingEdit{false, position, length, m_positions->toUtf16(position),
+        m_pendingEdit = PendingEdit{false,
+                                    position,
+                                    length,
+                                    m_positions->toUtf16(position),
                                     m_positions->utf16Count(position, position + length)};
     } else {
         return;
@@ -163,8 +168,10 @@ void EditorView::flushPendingEdit()
     const PendingEdit edit = *m_pendingEdit;
     m_pendingEdit.reset();
     if (edit.insertion) {
-        const char *inserted = reinterpret_cast<const char *>(m_primary->SendScintilla(
-            Sci::SCI_GETRANGEPOINTER, static_cast<unsigned long>(edit.bytePosition), long(edit.byteLength)));
+        const char *inserted = reinterpret_cast<const char *>(
+            m_primary->SendScintilla(Sci::SCI_GETRANGEPOINTER,
+                                     static_cast<unsigned long>(edit.bytePosition),
+                                     long(edit.byteLength)));
         reportInsertion(edit.bytePosition, edit.byteLength, inserted);
     } else {
         reportDeletion(edit.utf16Location, edit.utf16Length);
@@ -231,7 +238,8 @@ void EditorView::setSplit(std::optional<Qt::Orientation> orientation)
     m_highlighter->attach(m_secondaryTarget);
     m_secondaryTarget->paintTokens(*m_highlighter);
     m_secondary->setReadOnly(!m_editable);
-    m_secondary->SendScintilla(Sci::SCI_SETMODEVENTMASK, 0L); // edits are reported by the first pane
+    m_secondary->SendScintilla(Sci::SCI_SETMODEVENTMASK,
+                               0L); // edits are reported by the first pane
     const int half = std::max(1, (orientation == Qt::Horizontal ? width() : height()) / 2);
     m_splitter->setSizes({half, half});
 }
@@ -256,7 +264,8 @@ void EditorView::setSelection(TextRange range)
     const qsizetype length = textLength();
     const qsizetype from = std::clamp<qsizetype>(range.location, 0, length);
     const qsizetype to = std::clamp<qsizetype>(range.end(), from, length);
-    m_active->SendScintilla(Sci::SCI_SETSEL, long(m_positions->toByte(from)), long(m_positions->toByte(to)));
+    m_active->SendScintilla(
+        Sci::SCI_SETSEL, long(m_positions->toByte(from)), long(m_positions->toByte(to)));
 }
 
 qsizetype EditorView::caretOffset() const
@@ -328,13 +337,15 @@ QString EditorView::text() const
 QByteArray EditorView::utf8Text() const
 {
     const long length = m_primary->SendScintilla(Sci::SCI_GETLENGTH);
-    const auto *buffer = static_cast<const char *>(m_primary->SendScintillaPtrResult(Sci::SCI_GETCHARACTERPOINTER));
+    const auto *buffer = static_cast<const char *>(
+        m_primary->SendScintillaPtrResult(Sci::SCI_GETCHARACTERPOINTER));
     return QByteArray(buffer, length);
 }
 
 QByteArray EditorView::utf8Prefix(qsizetype maxBytes) const
 {
-    const long length = std::min<long>(m_primary->SendScintilla(Sci::SCI_GETLENGTH), long(maxBytes));
+    const long length
+        = std::min<long>(m_primary->SendScintilla(Sci::SCI_GETLENGTH), long(maxBytes));
     const char *start = reinterpret_cast<const char *>(
         m_primary->SendScintilla(Sci::SCI_GETRANGEPOINTER, 0UL, length));
     return QByteArray(start, length);
@@ -367,7 +378,8 @@ void EditorView::replaceText(const QByteArray &utf8)
     m_primary->setReadOnly(false);
     m_primary->beginUndoAction();
     m_primary->SendScintilla(Sci::SCI_CLEARALL);
-    m_primary->SendScintilla(Sci::SCI_APPENDTEXT, static_cast<unsigned long>(utf8.size()), utf8.constData());
+    m_primary->SendScintilla(
+        Sci::SCI_APPENDTEXT, static_cast<unsigned long>(utf8.size()), utf8.constData());
     m_primary->endUndoAction();
     m_primary->setReadOnly(wasReadOnly);
     m_annotations->textReplaced();

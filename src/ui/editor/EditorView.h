@@ -37,10 +37,13 @@ public:
 
     // Puts the initial text in: no edit is reported and the undo history starts empty.
     void loadText(const QByteArray &utf8);
+
     bool isLoading() const { return m_loading; }
 
     EditorPane *primaryPane() const { return m_primary; }
+
     EditorPane *activePane() const;
+
     EditorPane *secondaryPane() const { return m_secondary; }
 
     // Split of the same document: Qt::Horizontal puts the panes side by side.
@@ -48,8 +51,11 @@ public:
     std::optional<Qt::Orientation> split() const;
 
     const TextPositions &positions() const { return *m_positions; }
+
     EditorAnnotations &annotations() const { return *m_annotations; }
+
     SyntaxHighlighter &highlighter() const { return *m_highlighter; }
+
     // Colours the text in this language from now on.
     void setLanguage(LanguagePtr language);
 
@@ -66,6 +72,7 @@ public:
 
     void applyPreferences();
     void applyColors(const EditorColors &colors);
+
     const EditorColors &colors() const { return m_colors; }
 
     // DocumentText
@@ -76,6 +83,7 @@ public:
     bool utf8Equals(const QByteArray &utf8) const override;
     void replaceText(const QByteArray &utf8) override;
     void setEditable(bool editable) override;
+
     bool isEditable() const { return m_editable; }
 
     // Reports a change that was made but not yet announced (large texts); does nothing otherwise.
@@ -102,6 +110,7 @@ private:
         qsizetype utf16Location = 0; // deletions: measured before the text goes
         qsizetype utf16Length = 0;
     };
+
     EditorPane *makePane();
 
     Preferences &m_prefs;

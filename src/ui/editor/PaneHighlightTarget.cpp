@@ -9,7 +9,9 @@ namespace mirtex {
 
 using Sci = QsciScintillaBase;
 
-PaneHighlightTarget::PaneHighlightTarget(EditorView &view, EditorPane *pane, SyntaxHighlighter &highlighter)
+PaneHighlightTarget::PaneHighlightTarget(EditorView &view,
+                                         EditorPane *pane,
+                                         SyntaxHighlighter &highlighter)
     : QObject(pane)
     , m_view(view)
     , m_pane(pane)
@@ -41,7 +43,8 @@ TextRange PaneHighlightTarget::visibleRange() const
     const long firstDisplayLine = m_pane->SendScintilla(Sci::SCI_GETFIRSTVISIBLELINE);
     const long linesOnScreen = m_pane->SendScintilla(Sci::SCI_LINESONSCREEN);
     const long firstLine = m_pane->SendScintilla(Sci::SCI_DOCLINEFROMVISIBLE, firstDisplayLine);
-    const long lastLine = m_pane->SendScintilla(Sci::SCI_DOCLINEFROMVISIBLE, firstDisplayLine + linesOnScreen + 1);
+    const long lastLine
+        = m_pane->SendScintilla(Sci::SCI_DOCLINEFROMVISIBLE, firstDisplayLine + linesOnScreen + 1);
     const long fromByte = m_pane->SendScintilla(Sci::SCI_POSITIONFROMLINE, firstLine);
     const long toByte = m_pane->SendScintilla(Sci::SCI_GETLINEENDPOSITION, lastLine);
     const TextPositions &positions = m_view.positions();
@@ -59,7 +62,8 @@ void PaneHighlightTarget::paintTokens(const SyntaxHighlighter &highlighter)
     if (length == 0)
         return;
     const TextRange visible = visibleRange();
-    const qsizetype from = std::max<qsizetype>(0, visible.location - SyntaxHighlighter::kPaintMargin);
+    const qsizetype from
+        = std::max<qsizetype>(0, visible.location - SyntaxHighlighter::kPaintMargin);
     const qsizetype to = std::min(length, visible.end() + SyntaxHighlighter::kPaintMargin);
     const TextRange paint{from, to - from};
 
@@ -92,8 +96,8 @@ void PaneHighlightTarget::paintTokens(const SyntaxHighlighter &highlighter)
         const long startByte = byteAt(start);
         const long endByte = byteAt(end);
         m_pane->SendScintilla(Sci::SCI_STARTSTYLING, startByte, 0L);
-        m_pane->SendScintilla(Sci::SCI_SETSTYLING, endByte - startByte,
-                              long(kFirstTokenStyle + int(token.kind)));
+        m_pane->SendScintilla(
+            Sci::SCI_SETSTYLING, endByte - startByte, long(kFirstTokenStyle + int(token.kind)));
     }
 }
 

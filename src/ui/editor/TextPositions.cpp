@@ -25,8 +25,8 @@ qsizetype TextPositions::toUtf16(qsizetype bytePosition) const
     const long pos = long(std::clamp<qsizetype>(bytePosition, 0, length));
     const long line = m_sci->SendScintilla(Sci::SCI_LINEFROMPOSITION, pos);
     const long lineStartByte = m_sci->SendScintilla(Sci::SCI_POSITIONFROMLINE, line);
-    const long lineStartUtf16
-        = m_sci->SendScintilla(Sci::SCI_INDEXPOSITIONFROMLINE, line, Sci::SC_LINECHARACTERINDEX_UTF16);
+    const long lineStartUtf16 = m_sci->SendScintilla(
+        Sci::SCI_INDEXPOSITIONFROMLINE, line, Sci::SC_LINECHARACTERINDEX_UTF16);
     return lineStartUtf16 + m_sci->SendScintilla(Sci::SCI_COUNTCODEUNITS, lineStartByte, pos);
 }
 
@@ -38,15 +38,13 @@ qsizetype TextPositions::toByte(qsizetype utf16Offset) const
     if (utf16Offset >= total)
         return byteLength();
     const long offset = long(utf16Offset);
-    const long line = m_sci->SendScintilla(Sci::SCI_LINEFROMINDEXPOSITION,
-                                           offset,
-                                           long(Sci::SC_LINECHARACTERINDEX_UTF16));
+    const long line = m_sci->SendScintilla(
+        Sci::SCI_LINEFROMINDEXPOSITION, offset, long(Sci::SC_LINECHARACTERINDEX_UTF16));
     const long lineStartByte = m_sci->SendScintilla(Sci::SCI_POSITIONFROMLINE, line);
-    const long lineStartUtf16
-        = m_sci->SendScintilla(Sci::SCI_INDEXPOSITIONFROMLINE, line, Sci::SC_LINECHARACTERINDEX_UTF16);
-    return m_sci->SendScintilla(Sci::SCI_POSITIONRELATIVECODEUNITS,
-                                lineStartByte,
-                                offset - lineStartUtf16);
+    const long lineStartUtf16 = m_sci->SendScintilla(
+        Sci::SCI_INDEXPOSITIONFROMLINE, line, Sci::SC_LINECHARACTERINDEX_UTF16);
+    return m_sci->SendScintilla(
+        Sci::SCI_POSITIONRELATIVECODEUNITS, lineStartByte, offset - lineStartUtf16);
 }
 
 qsizetype TextPositions::utf16Count(qsizetype fromByte, qsizetype toByteValue) const

@@ -1,5 +1,6 @@
-#include "core/document/FileNaming.h"
 #include "core/document/SessionRestore.h"
+
+#include "core/document/FileNaming.h"
 
 #include <gtest/gtest.h>
 
