@@ -4,9 +4,7 @@
 #include "core/app/Preferences.h"
 #include "core/document/CharacterSetTable.h"
 #include "core/document/FileNaming.h"
-#include "ui/app/Alerts.h"
 #include "ui/document/DocumentTab.h"
-#include "ui/document/SaveDialog.h"
 #include "ui/document/StatusBar.h"
 #include "ui/document/WorkspaceSidebar.h"
 #include "ui/editor/EditorColors.h"
@@ -15,7 +13,6 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QMimeData>
 #include <QTabBar>
