@@ -22,6 +22,7 @@ constexpr int kSessionPeriodMs = 8000;
 
 void centre(QWidget *window)
 {
+    window->adjustSize(); // its real size, before it is placed
     if (const QScreen *screen = QGuiApplication::primaryScreen())
         window->move(screen->availableGeometry().center() - window->rect().center());
 }

@@ -11,6 +11,7 @@
 #include <QFontDatabase>
 #include <QFormLayout>
 #include <QGroupBox>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QSpinBox>
 #include <QVBoxLayout>
@@ -42,7 +43,12 @@ SettingsWindow::SettingsWindow(Preferences &prefs, QWidget *parent)
     setWindowTitle(tr("Impostazioni di Mirtex++"));
     setWindowFlags(Qt::Window | Qt::WindowTitleHint | Qt::WindowCloseButtonHint
                    | Qt::WindowMinimizeButtonHint);
-    auto *layout = new QVBoxLayout(this);
+    // Two columns keep the window short enough for small screens.
+    auto *columns = new QHBoxLayout(this);
+    auto *layout = new QVBoxLayout;
+    auto *right = new QVBoxLayout;
+    columns->addLayout(layout);
+    columns->addLayout(right);
 
     auto *fontBox = new QGroupBox(tr("Carattere"));
     auto *fontForm = new QFormLayout(fontBox);
@@ -129,7 +135,7 @@ SettingsWindow::SettingsWindow(Preferences &prefs, QWidget *parent)
           &Preferences::setMarkdownPreviewOnOpen);
     fileLayout->addWidget(
         note(tr("Ctrl+Shift+V mostra o nasconde l'anteprima; da lì puoi anche esportare in PDF.")));
-    layout->addWidget(files);
+    right->addWidget(files);
 
     auto *themeBox = new QGroupBox(tr("Tema"));
     auto *themeLayout = new QFormLayout(themeBox);
@@ -151,9 +157,10 @@ SettingsWindow::SettingsWindow(Preferences &prefs, QWidget *parent)
     m_themePreview->setContentsMargins(8, 6, 8, 6);
     themeLayout->addRow(tr("Tema:"), m_theme);
     themeLayout->addRow(tr("Anteprima del tema"), m_themePreview);
-    layout->addWidget(themeBox);
+    right->addWidget(themeBox);
     refreshThemePreview();
     layout->addStretch(1);
+    right->addStretch(1);
     refreshSessionNote();
 }
 
