@@ -192,6 +192,20 @@ void EditorView::reportInsertion(qsizetype bytePosition, qsizetype byteLength, c
         m_cachedRevision = m_revision;
     }
     Q_EMIT textEdited({location, inserted}, inserted);
+    followLineCount();
+}
+
+void EditorView::followLineCount()
+{
+    // Panes that do not see the change notices themselves (the second pane; every pane of a large
+    // text) still resize their line-number gutter.
+    const long lines = m_primary->SendScintilla(Sci::SCI_GETLINECOUNT);
+    if (lines == m_lineCount)
+        return;
+    m_lineCount = lines;
+    Q_EMIT m_primary->linesChanged();
+    if (m_secondary)
+        Q_EMIT m_secondary->linesChanged();
 }
 
 void EditorView::reportDeletion(qsizetype utf16Location, qsizetype utf16Length)
@@ -205,6 +219,7 @@ void EditorView::reportDeletion(qsizetype utf16Location, qsizetype utf16Length)
         m_cachedRevision = m_revision;
     }
     Q_EMIT textEdited({utf16Location, 0}, -utf16Length);
+    followLineCount();
 }
 
 void EditorView::setLanguage(LanguagePtr language)

@@ -101,6 +101,7 @@ private:
     void onModifiedDeferred(int position, int type, int length);
     void reportInsertion(qsizetype bytePosition, qsizetype byteLength, const char *text);
     void reportDeletion(qsizetype utf16Location, qsizetype utf16Length);
+    void followLineCount();
 
     struct PendingEdit
     {
@@ -126,6 +127,7 @@ private:
     EditorColors m_colors;
     bool m_loading = false;
     bool m_deferEdits = false;
+    long m_lineCount = 1;
     std::optional<PendingEdit> m_pendingEdit;
     bool m_editable = true;
     qsizetype m_pendingDeleteLocation = 0;
