@@ -8,6 +8,7 @@
 #include <QAccessibleWidget>
 #include <QFontDatabase>
 #include <QKeyEvent>
+#include <QMimeData>
 
 namespace mirtex {
 
@@ -161,6 +162,41 @@ void EditorPane::keyPressEvent(QKeyEvent *event)
     if (!(m_autoClose && !isReadOnly() && handleAutoClose(event)))
         QsciScintilla::keyPressEvent(event);
     Q_EMIT inputHandled();
+}
+
+namespace {
+// Files dragged from a file manager are opened by the window, not pasted as their paths.
+bool carriesFiles(const QMimeData *data)
+{
+    if (!data->hasUrls())
+        return false;
+    const QList<QUrl> urls = data->urls();
+    return std::all_of(urls.begin(), urls.end(), [](const QUrl &url) { return url.isLocalFile(); });
+}
+} // namespace
+
+void EditorPane::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (carriesFiles(event->mimeData()))
+        event->ignore();
+    else
+        QsciScintilla::dragEnterEvent(event);
+}
+
+void EditorPane::dragMoveEvent(QDragMoveEvent *event)
+{
+    if (carriesFiles(event->mimeData()))
+        event->ignore();
+    else
+        QsciScintilla::dragMoveEvent(event);
+}
+
+void EditorPane::dropEvent(QDropEvent *event)
+{
+    if (carriesFiles(event->mimeData()))
+        event->ignore();
+    else
+        QsciScintilla::dropEvent(event);
 }
 
 void EditorPane::inputMethodEvent(QInputMethodEvent *event)
