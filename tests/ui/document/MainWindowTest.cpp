@@ -12,6 +12,9 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QCoreApplication>
+#include <QDropEvent>
+#include <QMimeData>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -246,4 +249,23 @@ TEST(AppDelegateTest, QuitWithoutSessionAsksForEachModifiedDocument)
     EXPECT_TRUE(delegate.shouldTerminate()) << "approved once, quitting asks nothing more";
     EXPECT_EQ(asked.size(), 2u);
     Alerts::instance().endScript();
+}
+
+TEST_F(MainWindowTest, FilesDroppedOnTheEditorOpenInTabs)
+{
+    writeFile(path(u"dropped.txt"_s), "portato qui\n");
+    DocumentTab *tab = m_window->newDocument();
+    m_window->show();
+    QWidget *viewport = tab->editor()->primaryPane()->viewport();
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(path(u"dropped.txt"_s))});
+    data.setText(path(u"dropped.txt"_s)); // file managers send the path as text too
+    const QPoint at = viewport->rect().center();
+    QDragEnterEvent enter(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(viewport, &enter);
+    QDropEvent drop(QPointF(at), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(viewport, &drop);
+    ASSERT_EQ(m_window->documents().size(), 2);
+    EXPECT_EQ(m_window->documents().last()->editor()->text(), u"portato qui\n"_s);
+    EXPECT_EQ(tab->editor()->textLength(), 0) << "the path was pasted into the editor";
 }
