@@ -219,6 +219,7 @@ void MainWindow::refreshTitle()
 void MainWindow::refreshStatus()
 {
     m_statusBar->showDocument(currentDocument());
+    m_statusBar->showZoom(m_prefs.zoom());
 }
 
 void MainWindow::discardDocument(DocumentTab *tab)
