@@ -163,13 +163,6 @@ void Document::markHandedOver()
     updateDirty();
 }
 
-void Document::markRestoredFromBackup(bool differsFromDisk)
-{
-    if (differsFromDisk)
-        m_formatChanged = true;
-    updateDirty();
-}
-
 void Document::textDidChange()
 {
     ++m_changeCount;

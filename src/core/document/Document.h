@@ -87,8 +87,6 @@ public:
     void setLineEnding(LineEnding ending);
     // Text handed over by a URL event after launch: shows as modified from the start.
     void markHandedOver();
-    // Restored from a session backup: dirty unless the text equals the file's.
-    void markRestoredFromBackup(bool differsFromDisk);
 
     void setFileModificationDate(std::optional<QDateTime> date) { m_fileModificationDate = date; }
 

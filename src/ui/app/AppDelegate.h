@@ -35,8 +35,6 @@ public:
 
     MainMenu *mainMenu() const { return m_menu; }
 
-    bool isLaunched() const { return m_launched; }
-
     const QStringList &pendingPaths() const { return m_pendingPaths; }
 
     const QStringList &pendingTexts() const { return m_pendingTexts; }

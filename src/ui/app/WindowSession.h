@@ -20,8 +20,6 @@ public:
     void write(MainWindow &window) override;
     void remove() override;
 
-    const SessionStore &store() const { return m_store; }
-
 private:
     bool restoreEntry(MainWindow &window, const SessionState::Entry &entry);
 

@@ -188,7 +188,6 @@ void EditorAnnotations::startSmartHighlight()
                     return; // a newer selection or edit superseded this search
                 m_model.smartRanges = watcher->result();
                 paintRanges(kSmartIndicator, m_model.smartRanges);
-                Q_EMIT smartHighlightsPainted(qsizetype(m_model.smartRanges.size()));
             });
     watcher->setFuture(QtConcurrent::run([bytes, selection, stop = m_smartStop.get_token()]() {
         const QString text = QString::fromUtf8(bytes);

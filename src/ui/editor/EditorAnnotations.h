@@ -43,9 +43,6 @@ public:
     // Forgets the after-edit work (the text was replaced wholesale).
     void textReplaced();
 
-Q_SIGNALS:
-    void smartHighlightsPainted(qsizetype count);
-
 private:
     void onEdited(TextRange editedInNewText, qsizetype changeInLength);
     void onCaretMoved();

@@ -84,8 +84,6 @@ public:
     void replaceText(const QByteArray &utf8) override;
     void setEditable(bool editable) override;
 
-    bool isEditable() const { return m_editable; }
-
     // Reports a change that was made but not yet announced (large texts); does nothing otherwise.
     void flushPendingEdit();
 

@@ -9,11 +9,11 @@
 #include "ui/editor/EditorPane.h"
 #include "ui/editor/EditorView.h"
 
+#include <QCoreApplication>
 #include <QDir>
+#include <QDropEvent>
 #include <QFile>
 #include <QFileInfo>
-#include <QCoreApplication>
-#include <QDropEvent>
 #include <QMimeData>
 #include <QTemporaryDir>
 

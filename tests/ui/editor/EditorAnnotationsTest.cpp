@@ -1,0 +1,69 @@
+// What the editor draws for the annotations: the selected word's other occurrences, the matching
+// bracket, and bookmarks that stay with their line's content as text is typed before them.
+#include "ui/editor/EditorAnnotations.h"
+
+#include "core/app/Preferences.h"
+#include "ui/editor/EditorPane.h"
+#include "ui/editor/EditorView.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace mirtex;
+using Sci = QsciScintillaBase;
+
+namespace {
+
+constexpr int kSmartIndicator = 8;
+constexpr int kBraceIndicator = 9;
+
+bool marked(EditorPane *pane, int indicator, long bytePosition)
+{
+    return pane->SendScintilla(Sci::SCI_INDICATORVALUEAT, indicator, bytePosition) != 0;
+}
+
+void wait(int ms)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (timer.elapsed() < ms)
+        QApplication::processEvents(QEventLoop::AllEvents, 10);
+}
+
+} // namespace
+
+TEST(EditorAnnotations, SelectedWordBracesAndBookmarksAreDrawnInBothPanes)
+{
+    QTemporaryDir dir;
+    Preferences prefs(dir.filePath(QStringLiteral("p.conf")));
+    EditorView view(prefs);
+    view.loadText("foo food (foo_bar) foo\nriga due\n");
+    view.setSplit(Qt::Vertical);
+
+    view.setSelection({0, 3}); // "foo"
+    wait(400);
+    EditorPane *second = view.secondaryPane();
+    EXPECT_TRUE(marked(second, kSmartIndicator, 19)) << "the last, whole-word foo";
+    EXPECT_FALSE(marked(second, kSmartIndicator, 4)) << "food is another word";
+    EXPECT_FALSE(marked(second, kSmartIndicator, 10)) << "foo_bar is another word";
+    EXPECT_FALSE(marked(second, kSmartIndicator, 0)) << "the selection itself";
+
+    view.setSelection({10, 0}); // caret just after "("
+    wait(400);
+    EXPECT_TRUE(marked(second, kBraceIndicator, 9));
+    EXPECT_FALSE(marked(second, kBraceIndicator, 10));
+    EXPECT_TRUE(marked(second, kBraceIndicator, 17));
+
+    // A bookmark on the second line follows its text when a line is typed above it.
+    view.annotations().setBookmarkedLines({1});
+    EditorPane *first = view.primaryPane();
+    first->SendScintilla(Sci::SCI_GOTOPOS, 23L);
+    first->SendScintilla(Sci::SCI_REPLACESEL, "nuova\n");
+    wait(200);
+    EXPECT_EQ(view.annotations().bookmarkedLines(), std::vector<qsizetype>{2});
+    EXPECT_EQ(second->SendScintilla(Sci::SCI_MARKERGET, 2L) != 0, true);
+    EXPECT_EQ(second->SendScintilla(Sci::SCI_MARKERGET, 1L), 0);
+}
