@@ -22,7 +22,7 @@ constexpr int kSessionPeriodMs = 8000;
 
 void centre(QWidget *window)
 {
-    window->adjustSize(); // its real size, before it is placed
+    window->resize(window->size().expandedTo(window->sizeHint())); // its real size, then the place
     if (const QScreen *screen = QGuiApplication::primaryScreen())
         window->move(screen->availableGeometry().center() - window->rect().center());
 }
