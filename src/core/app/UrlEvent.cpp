@@ -1,5 +1,6 @@
 #include "core/app/UrlEvent.h"
 
+#include "core/document/Document.h"
 #include "core/document/LineEnding.h"
 #include "core/document/TextCodec.h"
 
@@ -48,20 +49,14 @@ std::optional<QString> UrlEvent::resolveText(const QString &tempDir) const
     // Editors hold LF-only text; CR LF left in would be written as CR CR LF in a CRLF file.
     if (kind == Kind::text)
         return TextCodec::normalizeLineEndings(value);
-    QFile file(value);
-    if (!file.open(QIODevice::ReadOnly))
-        return std::nullopt;
-    const QByteArray bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError)
-        return std::nullopt;
-    file.close();
-    // Decide before deleting, while the path still resolves.
+    // Read and decoded as any file the editor opens.
+    const auto loaded = Document::read(value, std::nullopt, LineEnding::lf);
+    // A hand-over file in the temporary folder is removed once read, even when it did not decode.
     if (isInsideFolder(value, tempDir))
         QFile::remove(value);
-    auto decoded = TextCodec::decode(bytes, std::nullopt, LineEnding::lf);
-    if (!decoded)
+    if (!loaded)
         return std::nullopt;
-    return decoded->text;
+    return QString::fromUtf8(loaded->utf8);
 }
 
 } // namespace mirtex

@@ -177,7 +177,10 @@ void EditorAnnotations::startSmartHighlight()
         paintRanges(kSmartIndicator, {});
         return;
     }
-    const QByteArray bytes = m_view.utf8Text();
+    // Share the editor's UTF-16 snapshot when it is current; otherwise the worker converts a copy
+    // of the bytes, so the main thread never converts the whole text.
+    const std::optional<QString> snapshot = m_view.readySnapshot();
+    const QByteArray bytes = snapshot ? QByteArray() : m_view.utf8Text();
     auto *watcher = new QFutureWatcher<std::vector<TextRange>>(this);
     connect(watcher,
             &QFutureWatcher<std::vector<TextRange>>::finished,
@@ -189,10 +192,11 @@ void EditorAnnotations::startSmartHighlight()
                 m_model.smartRanges = watcher->result();
                 paintRanges(kSmartIndicator, m_model.smartRanges);
             });
-    watcher->setFuture(QtConcurrent::run([bytes, selection, stop = m_smartStop.get_token()]() {
-        const QString text = QString::fromUtf8(bytes);
-        return findSmartHighlights(text, selection, kSmartRangesLimit, stop);
-    }));
+    watcher->setFuture(
+        QtConcurrent::run([snapshot, bytes, selection, stop = m_smartStop.get_token()]() {
+            const QString text = snapshot ? *snapshot : QString::fromUtf8(bytes);
+            return findSmartHighlights(text, selection, kSmartRangesLimit, stop);
+        }));
 }
 
 void EditorAnnotations::paintRanges(int indicator, const std::vector<TextRange> &ranges)

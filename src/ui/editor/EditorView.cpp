@@ -338,6 +338,13 @@ void EditorView::applyColors(const EditorColors &colors)
     m_annotations->applyColors(colors);
 }
 
+std::optional<QString> EditorView::readySnapshot() const
+{
+    if (m_pendingEdit || m_cachedRevision != m_revision)
+        return std::nullopt;
+    return m_cachedText;
+}
+
 QString EditorView::text() const
 {
     // A change not yet reported must reach the snapshot (and its listeners) first.

@@ -77,6 +77,9 @@ public:
 
     // DocumentText
     QString text() const override;
+    // The UTF-16 snapshot when it is up to date (it then costs nothing to share); nothing when
+    // making it would mean converting the whole text.
+    std::optional<QString> readySnapshot() const;
     QByteArray utf8Text() const override;
     // At most `maxBytes` from the start of the text.
     QByteArray utf8Prefix(qsizetype maxBytes) const;
