@@ -1,5 +1,6 @@
 #include "ui/app/SingleInstance.h"
 
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -39,13 +40,22 @@ SingleInstance::SingleInstance(QObject *parent)
         while (QLocalSocket *socket = m_server->nextPendingConnection()) {
             connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
             connect(socket, &QLocalSocket::readyRead, this, [this, socket]() {
-                if (!socket->canReadLine())
-                    return;
-                const QJsonObject message = QJsonDocument::fromJson(socket->readLine()).object();
-                socket->write("ok\n");
-                socket->flush();
-                Q_EMIT received(fromArray(message.value(QStringLiteral("files"))),
-                                fromArray(message.value(QStringLiteral("urls"))));
+                while (socket->canReadLine()) {
+                    const QJsonObject message
+                        = QJsonDocument::fromJson(socket->readLine()).object();
+                    socket->write("ok\n");
+                    socket->flush();
+                    // Handled once this handler has returned: what the hand-over does may ask a
+                    // question, whose event loop sees the second launch go and deletes the socket.
+                    QMetaObject::invokeMethod(
+                        this,
+                        [this,
+                         files = fromArray(message.value(QStringLiteral("files"))),
+                         urls = fromArray(message.value(QStringLiteral("urls")))]() {
+                            Q_EMIT received(files, urls);
+                        },
+                        Qt::QueuedConnection);
+                }
             });
         }
     });
@@ -53,6 +63,10 @@ SingleInstance::SingleInstance(QObject *parent)
 
 QString SingleInstance::serverName()
 {
+    // The runtime folder is the user's own (0700); the shared temporary folder is the fallback.
+    const QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    if (!runtime.isEmpty() && QFileInfo(runtime).isDir())
+        return runtime + QStringLiteral("/mirtex.socket");
     return QStringLiteral("mirtex-%1").arg(::getuid());
 }
 

@@ -16,7 +16,7 @@ class SingleInstance : public QObject
 public:
     explicit SingleInstance(QObject *parent = nullptr);
 
-    // The per-user socket name.
+    // The per-user socket: in $XDG_RUNTIME_DIR when there is one.
     static QString serverName();
     // Delivers to a running instance; false when none answered.
     static bool handOver(const QStringList &files, const QStringList &urls);
@@ -24,6 +24,7 @@ public:
     bool listen();
 
 Q_SIGNALS:
+    // Emitted from the event loop, never inside the socket's own handlers.
     void received(const QStringList &files, const QStringList &urls);
 
 private:
