@@ -16,6 +16,18 @@ struct ConverterCloser
 
 using Converter = std::unique_ptr<UConverter, ConverterCloser>;
 
+// ICU's own stop callback lets default-ignorable characters (soft hyphen, zero-width spaces and
+// joiners, direction marks, variation selectors) that a set cannot hold vanish silently. This one
+// leaves the error in place for every unmappable character.
+void stopAlways(const void *,
+                UConverterFromUnicodeArgs *,
+                const UChar *,
+                int32_t,
+                UChar32,
+                UConverterCallbackReason,
+                UErrorCode *)
+{}
+
 // Opens a converter that stops at the first bad sequence in both directions. Fallback mappings
 // stay off (ICU's default), so encoding never picks a look-alike character.
 Converter openStrict(const char *converterName)
@@ -26,8 +38,8 @@ Converter openStrict(const char *converterName)
         return nullptr;
     ucnv_setToUCallBack(
         converter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &status);
-    ucnv_setFromUCallBack(
-        converter.get(), UCNV_FROM_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &status);
+    ucnv_setFromUCallBack(converter.get(), stopAlways, nullptr, nullptr, nullptr, &status);
+    ucnv_setFallback(converter.get(), false);
     if (U_FAILURE(status))
         return nullptr;
     return converter;
@@ -104,6 +116,11 @@ std::optional<QByteArray> encode(QStringView text, const char *converterName)
         break;
     }
     bytes.resize(written);
+    // Some tables still map a character one way only (a private-use character written as a
+    // look-alike that reads back as another): only bytes that read back as the text will do.
+    const std::optional<QString> back = decode(bytes, converterName);
+    if (!back || *back != text)
+        return std::nullopt;
     return bytes;
 }
 

@@ -14,7 +14,8 @@ namespace mirtex::IcuCodec {
 // Each call opens its own converter, so calls are thread-safe.
 std::optional<QString> decode(QByteArrayView bytes, const char *converterName);
 
-// Any character the set cannot represent gives nothing; no substitutes or best fits are used.
+// Any character the set cannot represent gives nothing (invisible ones included); no substitutes
+// or best fits are used, and the bytes must read back as exactly `text`.
 std::optional<QByteArray> encode(QStringView text, const char *converterName);
 
 } // namespace mirtex::IcuCodec
