@@ -1,15 +1,19 @@
 #include "core/document/Document.h"
 
 #include "core/document/DocumentText.h"
+#include "core/document/FileSaver.h"
 #include "core/document/PlainUtf8.h"
 #include "core/document/TextCodec.h"
 
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
+#include <cerrno>
 #include <cstdlib>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #if defined(__linux__)
 #include <sys/mman.h>
@@ -66,12 +70,29 @@ std::optional<QByteArray> readWhole(QFile &file)
 std::expected<LoadedFile, DocumentError>
 Document::read(const QString &path, std::optional<TextEncoding> forced, LineEnding fallbackEnding)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    // Opened without blocking and checked before any read: a pipe would wait for a writer forever
+    // and a device such as /dev/zero never ends.
+    const int fd = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (fd < 0)
+        return std::unexpected(DocumentError::unreadable(path, fileProblemFromErrno(errno)));
+
+    struct stat status
+    {};
+
+    if (::fstat(fd, &status) != 0 || !S_ISREG(status.st_mode)) {
+        const bool folder = S_ISDIR(status.st_mode);
+        ::close(fd);
+        return std::unexpected(DocumentError::unreadable(
+            path, folder ? FileProblem::isFolder : FileProblem::notRegularFile));
+    }
+    QFile file;
+    if (!file.open(fd, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
+        ::close(fd);
         return std::unexpected(DocumentError::unreadable(path));
+    }
     std::optional<QByteArray> read = readWhole(file);
     if (!read)
-        return std::unexpected(DocumentError::unreadable(path));
+        return std::unexpected(DocumentError::unreadable(path, fileProblemFromErrno(errno)));
     QByteArray bytes = std::move(*read);
     file.close();
 
@@ -225,25 +246,8 @@ std::expected<void, DocumentError> Document::write(const QString &path,
     if (!bytes)
         return std::unexpected(DocumentError::unencodable(used));
 
-    const QFileInfo before(path);
-    const bool existed = before.exists();
-    const QFile::Permissions permissions = existed ? before.permissions() : QFile::Permissions();
-
-    QSaveFile out(path);
-    if (!out.open(QIODevice::WriteOnly))
-        return std::unexpected(DocumentError::writeFailed(path, out.errorString()));
-    // Flushed here because commit() does not notice a short write of the buffered bytes (disk
-    // full, quota, file size limit) and would replace the file with a truncated one.
-    if (out.write(*bytes) != bytes->size() || !out.flush()) {
-        const QString why = out.errorString();
-        out.cancelWriting();
-        return std::unexpected(DocumentError::writeFailed(path, why));
-    }
-    if (!out.commit())
-        return std::unexpected(DocumentError::writeFailed(path, out.errorString()));
-    if (existed && !QFile::setPermissions(path, permissions))
-        return std::unexpected(DocumentError::writeFailed(
-            path, QCoreApplication::translate("Document", "permessi non ripristinati")));
+    if (auto saved = FileSaver::save(path, *bytes); !saved)
+        return std::unexpected(DocumentError::writeFailed(path, saved.error()));
 
     if (adopt) {
         const bool extensionChanged

@@ -12,24 +12,24 @@ QString tr(const char *text)
 }
 } // namespace
 
-DocumentError DocumentError::unreadable(const QString &path)
+DocumentError DocumentError::unreadable(const QString &path, FileProblem problem)
 {
-    return {Kind::unreadable, path, {}, {}};
+    return {Kind::unreadable, path, {}, problem};
 }
 
 DocumentError DocumentError::undecodable(const QString &path, TextEncoding tried)
 {
-    return {Kind::undecodable, path, tried, {}};
+    return {Kind::undecodable, path, tried, FileProblem::other};
 }
 
 DocumentError DocumentError::unencodable(TextEncoding encoding)
 {
-    return {Kind::unencodable, {}, encoding, {}};
+    return {Kind::unencodable, {}, encoding, FileProblem::other};
 }
 
-DocumentError DocumentError::writeFailed(const QString &path, const QString &systemMessage)
+DocumentError DocumentError::writeFailed(const QString &path, FileProblem problem)
 {
-    return {Kind::writeFailed, path, {}, systemMessage};
+    return {Kind::writeFailed, path, {}, problem};
 }
 
 QString DocumentError::description() const
@@ -43,9 +43,19 @@ QString DocumentError::description() const
     case Kind::unencodable:
         return tr("Alcuni caratteri non si possono scrivere in %1.").arg(encoding.label());
     case Kind::writeFailed:
-        return tr("Impossibile salvare “%1”: %2").arg(name, systemMessage);
+        return tr("Impossibile salvare “%1”: %2").arg(name, describe(problem));
     }
     return {};
+}
+
+QString DocumentError::reason() const
+{
+    if (kind != Kind::unreadable)
+        return {};
+    QString why = describe(problem);
+    if (!why.isEmpty())
+        why[0] = why[0].toUpper();
+    return why + u'.';
 }
 
 } // namespace mirtex
