@@ -1,6 +1,7 @@
 #include "core/app/CommandLine.h"
 
 #include <QDir>
+#include <QRegularExpression>
 #include <QUrl>
 
 namespace mirtex {
@@ -16,16 +17,27 @@ std::optional<QSize> parseSize(const QString &value)
     bool okH = false;
     const int w = parts[0].toInt(&okW);
     const int h = parts[1].toInt(&okH);
-    if (!okW || !okH || w < 200 || h < 150 || w > 8000 || h > 8000)
+    if (!okW || !okH || w < 100 || h < 100 || w > 8000 || h > 8000)
         return std::nullopt;
     return QSize(w, h);
 }
 
+// Joined by hand: QDir takes a name that starts with ":" for one of Qt's resources.
 QString absolute(const QString &path, const QString &workingDir)
 {
-    if (path.startsWith(QLatin1String("file:")))
+    if (path.startsWith(QLatin1String("file:/")))
         return QUrl(path).toLocalFile();
-    return QDir::cleanPath(QDir(workingDir).absoluteFilePath(path));
+    if (path.startsWith(u'/'))
+        return QDir::cleanPath(path);
+    return QDir::cleanPath(workingDir + u'/' + path);
+}
+
+// "http://…" and the like: a desktop may hand any URL to the program; only files and mirtex: are
+// its own.
+bool isForeignUrl(const QString &argument)
+{
+    static const QRegularExpression scheme(QStringLiteral("^[A-Za-z][A-Za-z0-9+.-]*://"));
+    return scheme.match(argument).hasMatch() && !argument.startsWith(QLatin1String("file:/"));
 }
 
 } // namespace
@@ -89,6 +101,8 @@ CommandLine CommandLine::parse(const QStringList &arguments, const QString &work
             result.urls.append(arg);
         } else if (arg.startsWith(QLatin1String("--"))) {
             return fail(QStringLiteral("unknown option %1").arg(arg));
+        } else if (isForeignUrl(arg)) {
+            continue;
         } else {
             result.files.append(absolute(arg, workingDir));
         }

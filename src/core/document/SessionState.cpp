@@ -7,6 +7,8 @@
 #include <QJsonParseError>
 #include <QJsonValue>
 
+#include <algorithm>
+#include <cmath>
 #include <limits>
 
 namespace mirtex {
@@ -116,9 +118,11 @@ SessionState::Entry SessionState::Entry::fromJson(const QJsonObject &object)
         entry.language = language;
     entry.selection = selectionFrom(object.value(u"selection"));
 
+    // Clamped to what an editor's line number can hold, so that turning it into one is defined.
     const QJsonValue scroll = object.value(u"scroll");
     if (scroll.isDouble() && scroll.toDouble() >= 0)
-        entry.scroll = scroll.toDouble();
+        entry.scroll
+            = std::floor(std::min(scroll.toDouble(), double(std::numeric_limits<int>::max())));
 
     for (const QJsonValue &line : object.value(u"bookmarks").toArray()) {
         if (const auto index = integerOf(line); index && *index >= 0)

@@ -36,6 +36,18 @@ TEST(CommandLineTest, FilesUrlsAndSwitches)
          "",
          false},
         {"file:///tmp/caff%C3%A8.txt", Mode::run, "/tmp/caffè.txt", "", false},
+        // Names that look like Qt resources or URLs of their own are files here.
+        {":nota.txt sub/:x file:nota",
+         Mode::run,
+         "/home/u/w/:nota.txt /home/u/w/sub/:x /home/u/w/file:nota",
+         "",
+         false},
+        // Other programs' URLs are not ours to open.
+        {"http://example.com/?text=Ciao a.txt https://x.org ftp://h/f",
+         Mode::run,
+         "/home/u/w/a.txt",
+         "",
+         false},
         {"mirtex:?text=Ciao a.txt MIRTEX://open?path=/x",
          Mode::run,
          "/home/u/w/a.txt",
@@ -82,6 +94,11 @@ TEST(CommandLineTest, SnapshotOptions)
     EXPECT_FALSE(plain.snapshot.tab);
     EXPECT_TRUE(plain.snapshot.split.isEmpty());
     EXPECT_FALSE(plain.snapshot.dark);
+
+    const CommandLine strip
+        = CommandLine::parse(words("--snapshot --out /o.png --size 600x120"), kWorkingDir);
+    ASSERT_EQ(strip.mode, Mode::snapshot) << strip.error.toStdString();
+    EXPECT_EQ(strip.snapshot.size, QSize(600, 120));
 }
 
 TEST(CommandLineTest, InvalidSnapshotValuesAreRefused)
@@ -90,7 +107,8 @@ TEST(CommandLineTest, InvalidSnapshotValuesAreRefused)
         "a.txt", // no output file
         "--out",
         "--out o.png --size 800",
-        "--out o.png --size 100x100",
+        "--out o.png --size 60x40",
+        "--out o.png --size 600x99",
         "--out o.png --size 9000x600",
         "--out o.png --size axb",
         "--out o.png --tab -1",

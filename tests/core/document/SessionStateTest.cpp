@@ -64,3 +64,19 @@ TEST(SessionStateTest, WrongValuesTakeDefaultsAndNonObjectsDoNotDecode)
     for (const char *bytes : {"", "[]", "42", "\"x\"", R"({"entries":[{"id":"x")"})
         EXPECT_FALSE(SessionState::fromJson(QByteArray(bytes))) << bytes;
 }
+
+TEST(SessionStateTest, ScrollIsALineNumberAnEditorCanTake)
+{
+    const struct
+    {
+        const char *scroll;
+        double expected;
+    } cases[] = {{"12", 12}, {"1e300", 2147483647.0}, {"3000000000", 2147483647.0}, {"-4", 0}};
+
+    for (const auto &c : cases) {
+        const auto state = SessionState::fromJson(QByteArray(R"({"entries":[{"id":"a","scroll":)")
+                                                  + c.scroll + "}]}");
+        ASSERT_TRUE(state) << c.scroll;
+        EXPECT_EQ(state->entries[0].scroll, c.expected) << c.scroll;
+    }
+}
