@@ -1,4 +1,7 @@
-// Benchmark entry: a GUI application object exists so that editor benchmarks can build panes.
+// Benchmark entry: a GUI application object exists so that editor benchmarks can build panes;
+// a first argument naming a command runs that command instead (see BenchCommands.h).
+#include "BenchCommands.h"
+
 #include <QApplication>
 
 #include <benchmark/benchmark.h>
@@ -8,6 +11,8 @@ int main(int argc, char **argv)
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
+    if (const auto status = mirtex::runBenchCommand(QCoreApplication::arguments().mid(1)))
+        return *status;
     ::benchmark::Initialize(&argc, argv);
     if (::benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;

@@ -4,6 +4,8 @@
 
 #include <QtCore/qcoreapplication.h>
 
+#include <unicode/ucnv.h>
+
 #include <array>
 
 namespace mirtex {
@@ -70,6 +72,15 @@ const CharacterSetInfo *findCharacterSet(quint64 number)
 {
     for (const CharacterSetInfo &info : kCharacterSets) {
         if (info.number == number)
+            return &info;
+    }
+    return nullptr;
+}
+
+const CharacterSetInfo *findCharacterSetNamed(const char *name)
+{
+    for (const CharacterSetInfo &info : kCharacterSets) {
+        if (ucnv_compareNames(info.converterName, name) == 0)
             return &info;
     }
     return nullptr;

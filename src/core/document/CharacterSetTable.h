@@ -17,5 +17,8 @@ struct CharacterSetInfo
 
 // nullptr for a number the program cannot convert.
 const CharacterSetInfo *findCharacterSet(quint64 number);
+// The set whose converter name matches `name` the way ICU compares names ("shift_jis" and
+// "Shift-JIS" alike); nullptr when none.
+const CharacterSetInfo *findCharacterSetNamed(const char *name);
 
 } // namespace mirtex
