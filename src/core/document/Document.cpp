@@ -1,6 +1,7 @@
 #include "core/document/Document.h"
 
 #include "core/document/DocumentText.h"
+#include "core/document/EncodingHint.h"
 #include "core/document/FileSaver.h"
 #include "core/document/PlainUtf8.h"
 #include "core/document/TextCodec.h"
@@ -102,6 +103,7 @@ Document::read(const QString &path, std::optional<TextEncoding> forced, LineEndi
     // round trip through UTF-16 saves two full-size copies (three times the file in memory).
     const std::optional<LineEnding> plainEnding
         = forced ? std::nullopt : PlainUtf8::lineEnding(bytes, fallbackEnding);
+    loaded.binary = TextCodec::isBinary(bytes);
     if (plainEnding) {
         loaded.utf8 = std::move(bytes);
         loaded.encoding = TextEncoding::utf8();
@@ -111,6 +113,12 @@ Document::read(const QString &path, std::optional<TextEncoding> forced, LineEndi
         if (!decoded)
             return std::unexpected(
                 DocumentError::undecodable(path, forced.value_or(TextEncoding::utf8())));
+        // Plain files have no CR, so only these can mix their breaks.
+        if (const LineEndingCount count = countLineEndings(bytes, decoded->encoding);
+            count.isMixed())
+            loaded.mixedLineEndings = count;
+        if (!forced && !loaded.binary)
+            loaded.encodingHint = EncodingHint::suggest(bytes, decoded->encoding);
         bytes = {}; // the raw bytes are not needed past this point; free them before re-encoding
         loaded.utf8 = decoded->text.toUtf8();
         loaded.encoding = decoded->encoding;

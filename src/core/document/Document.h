@@ -4,6 +4,7 @@
 
 #include "core/document/DocumentError.h"
 #include "core/document/LineEnding.h"
+#include "core/document/LineEndingCount.h"
 #include "core/document/TextEncoding.h"
 
 #include <QByteArray>
@@ -28,6 +29,12 @@ struct LoadedFile
     LineEnding lineEnding = LineEnding::lf;
     bool readOnly = false;
     QDateTime modified;
+    // What the user should know before editing or saving: the bytes look binary; breaks of
+    // several kinds (saving writes `lineEnding` for all); the detection rules fell back to a
+    // Western set where another encoding is far more likely (not looked for when forced).
+    bool binary = false;
+    std::optional<LineEndingCount> mixedLineEndings;
+    std::optional<TextEncoding> encodingHint;
 };
 
 class Document
