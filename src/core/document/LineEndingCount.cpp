@@ -3,7 +3,11 @@
 #include <QList>
 
 #include <algorithm>
-#include <cstring>
+#include <bit>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 namespace mirtex {
 
@@ -40,29 +44,47 @@ LineEndingCount countUnits(QByteArrayView bytes, bool bigEndian)
     return count;
 }
 
+// One pass, sixteen bytes at a time: LF and CR are counted from compare masks, and a CR LF pair
+// is a CR bit with an LF bit right after it (the last CR of a block looks at the next block).
+// Large CRLF files are read at memory speed; a byte loop was several times slower.
 LineEndingCount countBytes(QByteArrayView bytes)
 {
-    LineEndingCount count;
-    const char *data = bytes.data();
-    const char *const end = data + bytes.size();
-    const bool anyCr = std::memchr(data, '\r', size_t(bytes.size())) != nullptr;
-    if (!anyCr) {
-        count.lf = std::count(data, end, '\n');
-        return count;
+    const auto *data = reinterpret_cast<const uchar *>(bytes.data());
+    const qsizetype size = bytes.size();
+    qsizetype lineFeeds = 0;
+    qsizetype carriageReturns = 0;
+    qsizetype pairs = 0;
+    qsizetype i = 0;
+#if defined(__SSE2__)
+    const __m128i lf = _mm_set1_epi8('\n');
+    const __m128i cr = _mm_set1_epi8('\r');
+    bool crBefore = false; // the previous block ended with CR
+    for (; i + 16 <= size; i += 16) {
+        const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i *>(data + i));
+        const auto lfMask = unsigned(_mm_movemask_epi8(_mm_cmpeq_epi8(block, lf)));
+        const auto crMask = unsigned(_mm_movemask_epi8(_mm_cmpeq_epi8(block, cr)));
+        if ((lfMask | crMask) == 0) {
+            crBefore = false;
+            continue;
+        }
+        lineFeeds += std::popcount(lfMask);
+        carriageReturns += std::popcount(crMask);
+        pairs += std::popcount((crMask << 1 | unsigned(crBefore)) & lfMask);
+        crBefore = (crMask >> 15) & 1;
     }
-    for (const char *p = data; p < end; ++p) {
-        if (*p == '\n') {
-            ++count.lf;
-        } else if (*p == '\r') {
-            if (p + 1 < end && p[1] == '\n') {
-                ++count.crlf;
-                ++p;
-            } else {
-                ++count.cr;
-            }
+    if (crBefore && i < size && data[i] == '\n')
+        ++pairs;
+#endif
+    for (; i < size; ++i) {
+        if (data[i] == '\n') {
+            ++lineFeeds;
+        } else if (data[i] == '\r') {
+            ++carriageReturns;
+            if (i + 1 < size && data[i + 1] == '\n')
+                ++pairs;
         }
     }
-    return count;
+    return {pairs, lineFeeds - pairs, carriageReturns - pairs};
 }
 
 } // namespace

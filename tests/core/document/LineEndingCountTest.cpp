@@ -6,6 +6,7 @@
 #include "core/document/TextCodec.h"
 
 #include <QFile>
+#include <QRandomGenerator>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -63,6 +64,29 @@ TEST(LineEndingCount, CountsBreaksInTheFilesOwnUnits)
                   c.expected.crlf + c.expected.lf + c.expected.cr
                       > std::max({c.expected.crlf, c.expected.lf, c.expected.cr}));
         EXPECT_EQ(count.summary(), c.summary);
+    }
+}
+
+TEST(LineEndingCount, AgreesWithAByteByByteCountOnRandomBytes)
+{
+    // Long enough to cross the scan's sixteen-byte blocks with pairs split between two of them.
+    QRandomGenerator random(7);
+    for (int round = 0; round < 500; ++round) {
+        QByteArray bytes(random.bounded(1, 100), Qt::Uninitialized);
+        for (char &c : bytes)
+            c = "ab\r\n"[random.bounded(random.bounded(2) ? 4 : 3) + (round % 2)];
+        LineEndingCount expected;
+        for (qsizetype i = 0; i < bytes.size(); ++i) {
+            if (bytes[i] == '\r' && i + 1 < bytes.size() && bytes[i + 1] == '\n') {
+                ++expected.crlf;
+                ++i;
+            } else if (bytes[i] == '\r') {
+                ++expected.cr;
+            } else if (bytes[i] == '\n') {
+                ++expected.lf;
+            }
+        }
+        ASSERT_EQ(countLineEndings(bytes, TextEncoding::utf8()), expected) << bytes.toStdString();
     }
 }
 
