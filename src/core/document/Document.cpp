@@ -109,7 +109,7 @@ Document::read(const QString &path, std::optional<TextEncoding> forced, LineEndi
         loaded.encoding = TextEncoding::utf8();
         loaded.lineEnding = *plainEnding;
     } else {
-        auto decoded = TextCodec::decode(bytes, forced, fallbackEnding);
+        auto decoded = TextCodec::decodeToUtf8(bytes, forced, fallbackEnding);
         if (!decoded)
             return std::unexpected(
                 DocumentError::undecodable(path, forced.value_or(TextEncoding::utf8())));
@@ -119,8 +119,8 @@ Document::read(const QString &path, std::optional<TextEncoding> forced, LineEndi
             loaded.mixedLineEndings = count;
         if (!forced && !loaded.binary)
             loaded.encodingHint = EncodingHint::suggest(bytes, decoded->encoding);
-        bytes = {}; // the raw bytes are not needed past this point; free them before re-encoding
-        loaded.utf8 = decoded->text.toUtf8();
+        bytes = {};
+        loaded.utf8 = std::move(decoded->utf8);
         loaded.encoding = decoded->encoding;
         loaded.lineEnding = decoded->lineEnding;
     }
@@ -249,8 +249,9 @@ std::expected<void, DocumentError> Document::write(const QString &path,
 {
     const TextEncoding used = encoding.value_or(m_encoding);
     const LineEnding usedEnding = ending.value_or(m_lineEnding);
-    const QString text = m_editor ? m_editor->text() : QString();
-    const auto bytes = TextCodec::encode(text, used, usedEnding);
+    // Straight from the editor's UTF-8: no UTF-16 copy of the whole text.
+    const QByteArray utf8 = m_editor ? m_editor->utf8Text() : QByteArray();
+    const auto bytes = TextCodec::encodeFromUtf8(utf8, used, usedEnding);
     if (!bytes)
         return std::unexpected(DocumentError::unencodable(used));
 

@@ -7,7 +7,10 @@
 #include "core/document/Utf8Codec.h"
 #include "core/document/WideUnicodeCodec.h"
 
+#include <QList>
+
 #include <cstring>
+#include <memory>
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
@@ -151,6 +154,83 @@ std::optional<DecodedText> decodeTextNoting(QByteArrayView data,
                   : detectAndDecode(data, carriageReturns);
 }
 
+// The first break of ASCII-compatible bytes, by the same rule as detectLineEnding().
+LineEnding lineEndingOfBytes(QByteArrayView bytes, LineEnding fallback)
+{
+    const qsizetype lineFeed = bytes.indexOf('\n');
+    const QByteArrayView beforeLineFeed = lineFeed < 0 ? bytes : bytes.first(lineFeed);
+    const qsizetype carriageReturn = beforeLineFeed.indexOf('\r');
+    if (carriageReturn >= 0)
+        return carriageReturn + 1 == lineFeed ? LineEnding::crlf : LineEnding::cr;
+    return lineFeed >= 0 ? LineEnding::lf : fallback;
+}
+
+// normalizeLineEndings() on UTF-8 bytes: a CR before an LF is dropped, any other CR becomes LF.
+QByteArray normalizeUtf8Breaks(QByteArrayView bytes)
+{
+    QByteArray out(bytes.size(), Qt::Uninitialized);
+    adviseHugePages(out.data(), size_t(out.size()));
+    char *to = out.data();
+    qsizetype from = 0;
+    for (qsizetype cr = bytes.indexOf('\r'); cr >= 0; cr = bytes.indexOf('\r', from)) {
+        std::memcpy(to, bytes.data() + from, size_t(cr - from));
+        to += cr - from;
+        if (cr + 1 >= bytes.size() || bytes[cr + 1] != '\n')
+            *to++ = '\n';
+        from = cr + 1;
+    }
+    std::memcpy(to, bytes.data() + from, size_t(bytes.size() - from));
+    to += bytes.size() - from;
+    out.truncate(to - out.data());
+    return out;
+}
+
+// Copies UTF-8 `bytes` with each LF replaced by `lineBreak`, one memcpy per line.
+QByteArray expandUtf8Breaks(QByteArrayView bytes, QByteArrayView lineBreak)
+{
+    const qsizetype breaks = bytes.count('\n');
+    QByteArray out(bytes.size() + breaks * (lineBreak.size() - 1), Qt::Uninitialized);
+    adviseHugePages(out.data(), size_t(out.size()));
+    char *to = out.data();
+    qsizetype from = 0;
+    for (qsizetype at = bytes.indexOf('\n'); at >= 0; at = bytes.indexOf('\n', from)) {
+        std::memcpy(to, bytes.data() + from, size_t(at - from));
+        to += at - from;
+        std::memcpy(to, lineBreak.data(), size_t(lineBreak.size()));
+        to += lineBreak.size();
+        from = at + 1;
+    }
+    std::memcpy(to, bytes.data() + from, size_t(bytes.size() - from));
+    return out;
+}
+
+// The single-byte codec of a set when the one-pass paths apply to it.
+std::shared_ptr<const SingleByteCodec> directSingleByte(quint64 characterSet)
+{
+    const CharacterSetInfo *info = findCharacterSet(characterSet);
+    if (!info)
+        return nullptr;
+    auto table = SingleByteCodec::forConverter(info->converterName);
+    return table && table->isAsciiCompatible() ? table : nullptr;
+}
+
+// One-pass decoding in a set known to the caller; nothing when the bytes do not decode in it,
+// and also nothing (with `handled` false) when the set has no one-pass path.
+std::optional<QByteArray> decodeDirect(quint64 characterSet, QByteArrayView bytes, bool *handled)
+{
+    *handled = true;
+    if (characterSet == CharacterSet::utf8) {
+        bool containsCR = true;
+        if (!Utf8Codec::isValid(bytes, &containsCR))
+            return std::nullopt;
+        return containsCR ? normalizeUtf8Breaks(bytes) : bytes.toByteArray();
+    }
+    if (auto table = directSingleByte(characterSet))
+        return table->decodeToUtf8(bytes);
+    *handled = false;
+    return std::nullopt;
+}
+
 // Copies `text` with each LF replaced by `lineBreak`, one memcpy per line.
 QString expandLineBreaks(QStringView text, QStringView lineBreak)
 {
@@ -185,6 +265,43 @@ decode(QByteArrayView data, std::optional<TextEncoding> forced, LineEnding fallb
                        ? std::move(decoded->text)
                        : normalizeLineEndings(std::move(decoded->text));
     return Decoded{std::move(text), decoded->encoding, ending};
+}
+
+std::optional<DecodedUtf8>
+decodeToUtf8(QByteArrayView data, std::optional<TextEncoding> forced, LineEnding fallback)
+{
+    // The sets and the order detectAndDecode() and decodeForced() would try.
+    QList<TextEncoding> candidates;
+    QByteArrayView body = data;
+    if (forced) {
+        const QByteArray mark = forced->bomBytes();
+        if (forced->encoding == CharacterSet::utf8 && startsWith(data, "\xEF\xBB\xBF", 3))
+            body = data.sliced(3);
+        else if (!mark.isEmpty() && data.startsWith(mark))
+            body = data.sliced(mark.size());
+        candidates = {*forced};
+    } else if (startsWith(data, "\xEF\xBB\xBF", 3)) {
+        body = data.sliced(3);
+        candidates = {TextEncoding::utf8WithBom()};
+    } else if (!startsWith(data, "\xFF\xFE", 2) && !startsWith(data, "\xFE\xFF", 2)
+               && !startsWith(data, "\x00\x00\xFE\xFF", 4) && !detectUTF16(data)) {
+        candidates = {TextEncoding::utf8(), TextEncoding::windows1252(), TextEncoding::isoLatin1()};
+    }
+    for (const TextEncoding &candidate : candidates) {
+        bool handled = false;
+        std::optional<QByteArray> utf8 = decodeDirect(candidate.encoding, body, &handled);
+        if (!handled)
+            break;
+        if (utf8)
+            return DecodedUtf8{std::move(*utf8), candidate, lineEndingOfBytes(body, fallback)};
+        if (forced)
+            return std::nullopt;
+    }
+    // Marks, UTF-16 and UTF-32, and the multi-byte sets: through UTF-16.
+    std::optional<Decoded> decoded = decode(data, forced, fallback);
+    if (!decoded)
+        return std::nullopt;
+    return DecodedUtf8{decoded->text.toUtf8(), decoded->encoding, decoded->lineEnding};
 }
 
 std::optional<DecodedText> decodeText(QByteArrayView data, std::optional<TextEncoding> forced)
@@ -286,6 +403,35 @@ std::optional<QByteArray> encode(QStringView text, TextEncoding encoding, LineEn
     if (mark.isEmpty())
         return bytes;
     // Not prepend(): that would reallocate without the huge-page hint.
+    QByteArray marked(mark.size() + bytes->size(), Qt::Uninitialized);
+    adviseHugePages(marked.data(), size_t(marked.size()));
+    std::memcpy(marked.data(), mark.constData(), size_t(mark.size()));
+    std::memcpy(marked.data() + mark.size(), bytes->constData(), size_t(bytes->size()));
+    return marked;
+}
+
+std::optional<QByteArray>
+encodeFromUtf8(QByteArrayView utf8, TextEncoding encoding, LineEnding ending)
+{
+    const QByteArray lineBreakBytes = lineBreak(ending).toLatin1();
+    std::optional<QByteArray> bytes;
+    if (encoding.encoding == CharacterSet::utf8) {
+        if (!Utf8Codec::isValid(utf8))
+            return std::nullopt;
+        bytes = ending == LineEnding::lf ? utf8.toByteArray()
+                                         : expandUtf8Breaks(utf8, lineBreakBytes);
+    } else if (auto table = directSingleByte(encoding.encoding)) {
+        bytes = table->encodeFromUtf8(utf8, lineBreakBytes);
+    } else {
+        if (!Utf8Codec::isValid(utf8))
+            return std::nullopt;
+        return encode(QString::fromUtf8(utf8), encoding, ending);
+    }
+    if (!bytes)
+        return std::nullopt;
+    const QByteArray mark = encoding.bomBytes();
+    if (mark.isEmpty())
+        return bytes;
     QByteArray marked(mark.size() + bytes->size(), Qt::Uninitialized);
     adviseHugePages(marked.data(), size_t(marked.size()));
     std::memcpy(marked.data(), mark.constData(), size_t(mark.size()));

@@ -39,6 +39,21 @@ struct DecodedText
 std::optional<Decoded>
 decode(QByteArrayView data, std::optional<TextEncoding> forced, LineEnding fallback);
 
+struct DecodedUtf8
+{
+    QByteArray utf8; // every line break is a single LF
+    TextEncoding encoding;
+    LineEnding lineEnding;
+
+    friend bool operator==(const DecodedUtf8 &, const DecodedUtf8 &) = default;
+};
+
+// decode() with the text as UTF-8, the form the editor holds. UTF-8 files and the single-byte
+// sets go from the file's bytes to UTF-8 in one pass, line breaks included, with no UTF-16 copy;
+// the other sets pass through decode().
+std::optional<DecodedUtf8>
+decodeToUtf8(QByteArrayView data, std::optional<TextEncoding> forced, LineEnding fallback);
+
 // Detection order without `forced`: UTF-8, UTF-32 LE/BE, UTF-16 LE/BE byte-order marks (a file
 // with a mark whose rest does not decode gives nothing), UTF-16 without a mark, UTF-8,
 // Windows-1252, ISO 8859-1 (which accepts anything). With `forced`: its mark (or, for UTF-8, any
@@ -63,5 +78,10 @@ QString normalizeLineEndings(QString text);
 // Writes `text` with every LF turned into `ending`, in `encoding`, after its mark when `bom` is
 // set. Nothing when a character cannot be represented or the character set cannot be converted.
 std::optional<QByteArray> encode(QStringView text, TextEncoding encoding, LineEnding ending);
+
+// encode() from the editor's UTF-8 (LF breaks): the same bytes, in one pass for UTF-8 and the
+// single-byte sets. Ill-formed UTF-8 gives nothing, as an unpaired surrogate does for encode().
+std::optional<QByteArray>
+encodeFromUtf8(QByteArrayView utf8, TextEncoding encoding, LineEnding ending);
 
 } // namespace mirtex::TextCodec
