@@ -1,0 +1,57 @@
+// What commands act on: the current tab, its editor and active pane, the window and the document
+// flows. It tells when what the commands' enabled states depend on may have changed: another
+// tab, a tab opened or closed, the current tab's state (read-only, language, encoding) or its
+// selection becoming empty or not.
+#pragma once
+
+#include <QMetaObject>
+#include <QObject>
+
+namespace mirtex {
+
+class DocumentFlows;
+class DocumentTab;
+class EditorPane;
+class EditorView;
+class MainWindow;
+class Preferences;
+
+class CommandContext : public QObject
+{
+    Q_OBJECT
+
+public:
+    CommandContext(MainWindow &window, DocumentFlows &flows);
+
+    MainWindow &window() const { return m_window; }
+
+    DocumentFlows &flows() const { return m_flows; }
+
+    Preferences &preferences() const;
+
+    // Null when no document is open.
+    DocumentTab *currentTab() const;
+    EditorView *currentEditor() const;
+    EditorPane *activePane() const;
+
+    bool hasDocument() const { return currentTab() != nullptr; }
+
+    // A document is open and not read-only.
+    bool isEditable() const;
+    bool hasSelection() const;
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    void follow(DocumentTab *tab);
+    void onCaretMoved();
+
+    MainWindow &m_window;
+    DocumentFlows &m_flows;
+    QMetaObject::Connection m_stateConnection;
+    QMetaObject::Connection m_caretConnection;
+    bool m_hadSelection = false;
+};
+
+} // namespace mirtex
