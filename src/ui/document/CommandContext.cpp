@@ -57,11 +57,26 @@ void CommandContext::follow(DocumentTab *tab)
     disconnect(m_caretConnection);
     if (tab) {
         m_stateConnection
-            = connect(tab, &DocumentTab::stateChanged, this, &CommandContext::changed);
+            = connect(tab, &DocumentTab::stateChanged, this, &CommandContext::onStateChanged);
         m_caretConnection
             = connect(tab->editor(), &EditorView::caretMoved, this, &CommandContext::onCaretMoved);
     }
     m_hadSelection = hasSelection();
+    m_wasReadOnly = tab && tab->document().isReadOnly();
+    m_languageId = tab ? tab->document().languageId() : QString();
+    Q_EMIT changed();
+}
+
+void CommandContext::onStateChanged()
+{
+    const DocumentTab *tab = currentTab();
+    if (!tab)
+        return;
+    const Document &doc = tab->document();
+    if (doc.isReadOnly() == m_wasReadOnly && doc.languageId() == m_languageId)
+        return;
+    m_wasReadOnly = doc.isReadOnly();
+    m_languageId = doc.languageId();
     Q_EMIT changed();
 }
 

@@ -6,6 +6,7 @@
 
 #include <QMetaObject>
 #include <QObject>
+#include <QString>
 
 namespace mirtex {
 
@@ -45,13 +46,17 @@ Q_SIGNALS:
 
 private:
     void follow(DocumentTab *tab);
+    void onStateChanged();
     void onCaretMoved();
 
     MainWindow &m_window;
     DocumentFlows &m_flows;
     QMetaObject::Connection m_stateConnection;
     QMetaObject::Connection m_caretConnection;
+    // What commands depend on, as last told; every edit changes the tab's state, but rarely this.
     bool m_hadSelection = false;
+    bool m_wasReadOnly = false;
+    QString m_languageId;
 };
 
 } // namespace mirtex

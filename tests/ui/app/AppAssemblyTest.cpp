@@ -6,6 +6,7 @@
 #include "support/QStringPrinter.h"
 #include "ui/app/AppDelegate.h"
 #include "ui/app/MainMenu.h"
+#include "ui/app/SecondaryWindows.h"
 #include "ui/commands/CommandRegistry.h"
 #include "ui/dialogs/ScriptedQuestions.h"
 #include "ui/document/DocumentFlows.h"
@@ -19,7 +20,9 @@
 #include <QElapsedTimer>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPointer>
 #include <QTemporaryDir>
+#include <QTreeWidget>
 
 #include <gtest/gtest.h>
 
@@ -99,6 +102,12 @@ TEST_F(AppAssemblyTest, ActionsFollowTheCurrentTabItsLockAndItsSelection)
     selected.insert(4, u"copy:"_s);
     EXPECT_EQ(enabled(names), selected);
 
+    QAction *python = app.commands().action(u"setLanguage:"_s, u"python"_s);
+    EXPECT_FALSE(python->isChecked());
+    ASSERT_TRUE(app.commands().dispatch(u"setLanguage:"_s, u"python"_s));
+    EXPECT_EQ(tab->document().languageId(), u"python"_s);
+    EXPECT_TRUE(python->isChecked());
+
     tab->setReadOnly(true);
     EXPECT_EQ(enabled(names),
               (QStringList{u"saveDocument:"_s,
@@ -161,6 +170,33 @@ TEST_F(AppAssemblyTest, MenusLayOutRegisteredCommandsAndTheThemeMenu)
     prefs.setWordWrap(before);
     EXPECT_EQ(wrap->isChecked(), before) << "settings changed elsewhere show in the menu";
     EXPECT_EQ(heard, (QList<QString>{u"chooseTheme:"_s, u"toggleWordWrap:"_s}));
+}
+
+TEST_F(AppAssemblyTest, TheShortcutsWindowListsCommandsWithKeysAndGoesWhenClosed)
+{
+    ASSERT_TRUE(app.commands().dispatch(u"showShortcuts:"_s));
+    QWidget *window = app.secondaryWindows().find(u"shortcuts"_s);
+    ASSERT_TRUE(window);
+    ASSERT_TRUE(app.commands().dispatch(u"showShortcuts:"_s));
+    EXPECT_EQ(app.secondaryWindows().find(u"shortcuts"_s), window) << "raised, not made again";
+
+    auto *list = window->findChild<QTreeWidget *>();
+    ASSERT_TRUE(list);
+    QMap<QString, QString> rows;
+    for (int i = 0; i < list->topLevelItemCount(); ++i)
+        rows.insert(list->topLevelItem(i)->text(0), list->topLevelItem(i)->text(1));
+    EXPECT_EQ(list->topLevelItem(0)->text(0), u"File › Nuovo"_s) << "in the menus' order";
+    EXPECT_EQ(rows.value(u"Visualizza › Ingrandisci"_s),
+              QKeySequence(u"Ctrl++"_s).toString(QKeySequence::NativeText) + u" / "_s
+                  + QKeySequence(u"Ctrl+="_s).toString(QKeySequence::NativeText));
+    EXPECT_TRUE(rows.contains(u"Modifica › Impostazioni…"_s));
+    EXPECT_FALSE(rows.contains(u"Visualizza › Un solo riquadro"_s)) << "no key, not listed";
+
+    QPointer<QWidget> closed = window;
+    window->close();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(closed.isNull());
+    EXPECT_EQ(app.secondaryWindows().find(u"shortcuts"_s), nullptr);
 }
 
 TEST(AppDelegateTest, QuitWithoutSessionAsksForEachModifiedDocument)
