@@ -19,7 +19,6 @@
 #include <QMimeData>
 #include <QTabBar>
 #include <QTabWidget>
-#include <QToolButton>
 
 namespace mirtex {
 
@@ -66,7 +65,7 @@ MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
 
 MainWindow::~MainWindow()
 {
-    // Tabs go before the tab widget deletes the editors they point to.
+    // Tabs go before the tab widget deletes the pages they point to.
     for (auto &doc : m_documents)
         m_tabs->removeTab(m_tabs->indexOf(doc->page()));
     m_documents.clear();
