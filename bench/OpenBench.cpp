@@ -7,6 +7,9 @@
 // GLIBC_TUNABLES=glibc.malloc.hugetlb=1 shows how much of the open is page faults.
 #include "core/app/Preferences.h"
 #include "core/document/Document.h"
+#include "ui/app/AppAssembly.h"
+#include "ui/dialogs/ScriptedQuestions.h"
+#include "ui/document/DocumentFlows.h"
 #include "ui/document/DocumentTab.h"
 #include "ui/document/MainWindow.h"
 #include "ui/editor/EditorPane.h"
@@ -115,12 +118,13 @@ void reportMemory(benchmark::State &state, qint64 fileBytes)
     state.counters["peakRSS_xFile"] = double(peak) / double(fileBytes);
 }
 
-// A main window over a throw-away settings file, shown offscreen.
+// The application over a throw-away settings file, its window shown offscreen.
 struct Window
 {
     Window()
         : prefs(folder.filePath(QStringLiteral("Mirtex++.conf")))
-        , window(prefs)
+        , app(prefs, questions)
+        , window(app.window())
     {
         window.show();
         QCoreApplication::processEvents();
@@ -130,7 +134,7 @@ struct Window
     {
         QElapsedTimer clock;
         clock.start();
-        DocumentTab *tab = window.openPath(path);
+        DocumentTab *tab = app.flows().openPath(path);
         if (!tab)
             qFatal("the benchmark log did not open");
         openedMs += clock.restart();
@@ -148,7 +152,9 @@ struct Window
 
     QTemporaryDir folder;
     Preferences prefs;
-    MainWindow window;
+    ScriptedQuestions questions;
+    AppAssembly app;
+    MainWindow &window;
     qint64 openedMs = 0;  // in openPath: reading, decoding, the editor taking the text
     qint64 paintedMs = 0; // laying out the new tab and painting its first screen
 };

@@ -1,7 +1,10 @@
 // Restoring a session of 50 tabs (10 of them with 1 MB of unsaved text) into a real main window,
 // up to the first painted tab; and the timer's write of that window with nothing changed.
 #include "core/app/Preferences.h"
+#include "ui/app/AppAssembly.h"
 #include "ui/app/WindowSession.h"
+#include "ui/dialogs/ScriptedQuestions.h"
+#include "ui/document/DocumentFlows.h"
 #include "ui/document/DocumentTab.h"
 #include "ui/document/MainWindow.h"
 #include "ui/editor/EditorPane.h"
@@ -29,7 +32,9 @@ struct SessionFixture
         QByteArray megabyte;
         while (megabyte.size() < 1'000'000)
             megabyte += line;
-        MainWindow window(prefs);
+        ScriptedQuestions questions;
+        AppAssembly app(prefs, questions);
+        MainWindow &window = app.window();
         WindowSession session(prefs, state);
         for (int i = 0; i < 50; ++i) {
             const QString path = dir.filePath(QStringLiteral("file%1.c").arg(i));
@@ -37,7 +42,7 @@ struct SessionFixture
             file.open(QIODevice::WriteOnly);
             file.write(i < 10 ? megabyte : line.repeated(200));
             file.close();
-            DocumentTab *tab = window.openPath(path);
+            DocumentTab *tab = app.flows().openPath(path);
             if (i < 10)
                 tab->editor()->primaryPane()->SendScintilla(QsciScintillaBase::SCI_REPLACESEL, "x");
         }
@@ -55,9 +60,11 @@ void BM_RestoreFiftyTabsToFirstPaint(benchmark::State &state)
 {
     SessionFixture &f = fixture();
     for (auto _ : state) {
-        MainWindow window(f.prefs);
+        ScriptedQuestions questions;
+        AppAssembly app(f.prefs, questions);
+        MainWindow &window = app.window();
         WindowSession session(f.prefs, f.state);
-        session.restore(window);
+        session.restore(app.flows());
         window.show();
         QApplication::processEvents();
         benchmark::DoNotOptimize(window.currentDocument()->editor()->grab());
@@ -72,9 +79,11 @@ BENCHMARK(BM_RestoreFiftyTabsToFirstPaint)->Unit(benchmark::kMillisecond)->Itera
 void BM_IdleSessionTickOfFiftyTabs(benchmark::State &state)
 {
     SessionFixture &f = fixture();
-    MainWindow window(f.prefs);
+    ScriptedQuestions questions;
+    AppAssembly app(f.prefs, questions);
+    MainWindow &window = app.window();
     WindowSession session(f.prefs, f.state);
-    session.restore(window);
+    session.restore(app.flows());
     session.write(window); // backups settle
     for (auto _ : state)
         session.write(window);

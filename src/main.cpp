@@ -3,14 +3,13 @@
 #include "core/app/CommandLine.h"
 #include "core/app/Preferences.h"
 #include "core/app/TerminationSignals.h"
+#include "ui/app/AppAssembly.h"
 #include "ui/app/AppDelegate.h"
-#include "ui/app/AppearanceController.h"
-#include "ui/app/MainMenu.h"
 #include "ui/app/SelfTest.h"
 #include "ui/app/SingleInstance.h"
 #include "ui/app/Snapshot.h"
 #include "ui/app/WindowSession.h"
-#include "ui/document/MainWindow.h"
+#include "ui/dialogs/DialogQuestions.h"
 
 #include <QApplication>
 #include <QDir>
@@ -49,7 +48,9 @@ int main(int argc, char **argv)
         return 0;
 
     Preferences prefs;
-    AppDelegate delegate(prefs, std::make_unique<WindowSession>(prefs));
+    DialogQuestions questions;
+    AppAssembly assembly(prefs, questions, std::make_unique<WindowSession>(prefs));
+    AppDelegate &delegate = assembly.delegate();
 
     // Logout, shutdown, kill, Ctrl+C: keep every tab as a quit with the session on would.
     TerminationSignals terminationSignals;
@@ -77,12 +78,7 @@ int main(int argc, char **argv)
     for (const QString &url : command.urls)
         delegate.handleUrlEvent(url);
 
-    QTimer::singleShot(0, &delegate, [&delegate]() {
-        delegate.launch();
-        auto *appearance = new AppearanceController(delegate.mainWindow()->preferences(),
-                                                    *delegate.mainWindow());
-        appearance->addThemeMenu(delegate.mainMenu()->menu(QStringLiteral("mirtex.menu.view")));
-    });
+    QTimer::singleShot(0, &delegate, [&delegate]() { delegate.launch(); });
     QObject::connect(&app, &QCoreApplication::aboutToQuit, &delegate, [&delegate]() {
         delegate.willTerminate();
     });

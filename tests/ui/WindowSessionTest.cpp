@@ -2,6 +2,8 @@
 #include "ui/app/WindowSession.h"
 
 #include "core/app/Preferences.h"
+#include "ui/dialogs/ScriptedQuestions.h"
+#include "ui/document/DocumentFlows.h"
 #include "ui/document/DocumentTab.h"
 #include "ui/document/MainWindow.h"
 #include "ui/editor/EditorAnnotations.h"
@@ -36,6 +38,7 @@ protected:
     QTemporaryDir dir;
     QString state = dir.filePath(QStringLiteral("state"));
     Preferences prefs{dir.filePath(QStringLiteral("prefs.conf"))};
+    ScriptedQuestions questions;
 
     QStringList backups() const
     {
@@ -53,20 +56,22 @@ TEST_F(WindowSessionTest, UnsavedTextComesBackModifiedAndCleanFilesComeFromDisk)
     writeFile(clean, "print('ciao')\n");
     {
         MainWindow window(prefs);
+        DocumentFlows flows(window, questions);
         WindowSession session(prefs, state);
         type(window.newDocument(), "mai salvato");
-        DocumentTab *editedTab = window.openPath(edited);
+        DocumentTab *editedTab = flows.openPath(edited);
         type(editedTab, "aggiunta ");
         editedTab->editor()->annotations().setBookmarkedLines({1});
         editedTab->editor()->setSplit(Qt::Vertical);
-        window.openPath(clean);
+        flows.openPath(clean);
         window.selectIndex(1);
         session.write(window);
         EXPECT_EQ(backups().size(), 2) << "only the two modified tabs need a backup";
     }
     MainWindow window(prefs);
+    DocumentFlows flows(window, questions);
     WindowSession session(prefs, state);
-    ASSERT_TRUE(session.restore(window));
+    ASSERT_TRUE(session.restore(flows));
     const auto tabs = window.documents();
     ASSERT_EQ(tabs.size(), 3);
     EXPECT_EQ(tabs[0]->editor()->text(), QStringLiteral("mai salvato"));
@@ -92,10 +97,11 @@ TEST_F(WindowSessionTest, ClosedTabLeavesNoBackupAndGoneFilesAreSkipped)
     writeFile(gone, "presto sparirà\n");
     {
         MainWindow window(prefs);
+        DocumentFlows flows(window, questions);
         WindowSession session(prefs, state);
         DocumentTab *untitled = window.newDocument();
         type(untitled, "da chiudere");
-        window.openPath(gone);
+        flows.openPath(gone);
         session.write(window);
         ASSERT_EQ(backups().size(), 1);
         window.discardDocument(untitled);
@@ -104,9 +110,9 @@ TEST_F(WindowSessionTest, ClosedTabLeavesNoBackupAndGoneFilesAreSkipped)
     }
     QFile::remove(gone);
     MainWindow window(prefs);
+    DocumentFlows flows(window, questions);
     WindowSession session(prefs, state);
-    EXPECT_FALSE(session.restore(window))
-        << "a clean tab whose file is gone has nothing to restore";
+    EXPECT_FALSE(session.restore(flows)) << "a clean tab whose file is gone has nothing to restore";
     EXPECT_TRUE(window.documents().isEmpty());
 }
 
@@ -120,8 +126,9 @@ TEST_F(WindowSessionTest, EarlierFormatRestoresOneTab)
         R"("language":"text","selection":[0,99],"scroll":0,"bookmarks":[7],"readOnly":false}],)"
         R"("selected":5})");
     MainWindow window(prefs);
+    DocumentFlows flows(window, questions);
     WindowSession session(prefs, state);
-    ASSERT_TRUE(session.restore(window));
+    ASSERT_TRUE(session.restore(flows));
     ASSERT_EQ(window.documents().size(), 1);
     DocumentTab *tab = window.documents().first();
     EXPECT_EQ(tab->editor()->text(), QStringLiteral("testo"));

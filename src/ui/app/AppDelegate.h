@@ -5,7 +5,6 @@
 #include "ui/app/SessionKeeper.h"
 
 #include <QObject>
-#include <QPointer>
 #include <QStringList>
 
 #include <memory>
@@ -14,26 +13,21 @@ class QTimer;
 
 namespace mirtex {
 
-class MainMenu;
+class DocumentFlows;
 class MainWindow;
 class Preferences;
-class SettingsWindow;
-class ShortcutsWindow;
 
 class AppDelegate : public QObject
 {
     Q_OBJECT
 
 public:
-    // `session` may be null (no session storage).
+    // `session` may be null (no session storage). The window is shown by launch().
     AppDelegate(Preferences &prefs,
+                DocumentFlows &flows,
                 std::unique_ptr<SessionKeeper> session,
                 QObject *parent = nullptr);
     ~AppDelegate() override;
-
-    MainWindow *mainWindow() const { return m_main; }
-
-    MainMenu *mainMenu() const { return m_menu; }
 
     const QStringList &pendingPaths() const { return m_pendingPaths; }
 
@@ -43,7 +37,8 @@ public:
     void openPaths(const QStringList &paths);
     // A mirtex: URL; see UrlEvent for the rules.
     void handleUrlEvent(const QString &url);
-    // The launch sequence. `showWindow` is false for snapshots and tests.
+    // The launch sequence: the session or a new document, then what was handed over before.
+    // `showWindow` is false for tests.
     void launch(bool showWindow = true);
     // A second launch with nothing to hand over: bring the window forward.
     void reopen();
@@ -56,16 +51,11 @@ public:
     // Writes the session now if the preference is on (timer tick, termination signal).
     void writeSessionIfRemembered();
 
-    void showPreferences();
-    void showShortcuts();
-
 private:
     Preferences &m_prefs;
+    DocumentFlows &m_flows;
+    MainWindow &m_main;
     std::unique_ptr<SessionKeeper> m_session;
-    QPointer<MainWindow> m_main;
-    MainMenu *m_menu = nullptr;
-    QPointer<SettingsWindow> m_settingsWindow;
-    QPointer<ShortcutsWindow> m_shortcutsWindow;
     QTimer *m_sessionTimer = nullptr;
     QStringList m_pendingPaths;
     QStringList m_pendingTexts;

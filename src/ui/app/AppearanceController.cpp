@@ -4,9 +4,7 @@
 #include "ui/document/MainWindow.h"
 #include "ui/editor/EditorColors.h"
 
-#include <QActionGroup>
 #include <QApplication>
-#include <QMenu>
 #include <QPalette>
 #include <QStyle>
 
@@ -99,30 +97,6 @@ void AppearanceController::apply()
     m_window.setPalette(m_theme->isDark ? darkPalette() : QApplication::style()->standardPalette());
     Q_EMIT themeChanged(*m_theme);
     m_applying = false;
-}
-
-void AppearanceController::addThemeMenu(QMenu *menu)
-{
-    QMenu *themes = menu->addMenu(QCoreApplication::translate("AppearanceController", "Tema"));
-    themes->setObjectName(QStringLiteral("mirtex.menu.theme"));
-    auto *group = new QActionGroup(themes);
-    for (const ThemeChoice &choice : Theme::choices()) {
-        QAction *action = themes->addAction(choice.name);
-        action->setCheckable(true);
-        action->setData(choice.id);
-        action->setObjectName(QStringLiteral("chooseTheme:") + choice.id);
-        group->addAction(action);
-        action->setChecked(choice.id == m_prefs.themeID());
-        connect(action, &QAction::triggered, this, [this, id = choice.id]() {
-            m_prefs.setThemeID(id);
-        });
-    }
-    connect(&m_prefs, &Preferences::changed, themes, [this, group](const QString &key) {
-        if (key != QLatin1String("theme"))
-            return;
-        for (QAction *action : group->actions())
-            action->setChecked(action->data().toString() == m_prefs.themeID());
-    });
 }
 
 bool AppearanceController::eventFilter(QObject *watched, QEvent *event)

@@ -1,13 +1,11 @@
 // Keeps the window in the chosen theme: resolves the preference (or "auto" against the system
-// palette), paints every editor with it, follows the dark/light appearance of the shell, and
-// offers the theme menu.
+// palette), paints every editor with it and follows the dark/light appearance of the shell. The
+// theme menu is ThemeCommands'.
 #pragma once
 
 #include "core/languages/Theme.h"
 
 #include <QObject>
-
-class QMenu;
 
 namespace mirtex {
 
@@ -27,8 +25,6 @@ public:
     // The editor colours of a theme; colours with alpha are blended over the page colour.
     static EditorColors editorColors(const Theme &theme);
     static bool systemIsDark();
-    // Adds "Tema" with the theme choices to `menu`.
-    void addThemeMenu(QMenu *menu);
 
 Q_SIGNALS:
     void themeChanged(const mirtex::Theme &theme);

@@ -1,55 +1,41 @@
-// The menu bar. Each command is a QAction whose objectName is its stable identifier (macros
-// record these names); later subsystems add their own actions to the menus found by name.
+// The menu bar, laid out from registered commands (a command's name is its action's object name,
+// which macros record); later subsystems add their own commands to the menus found by name. It
+// also gives the status bar its encoding, line-ending and language menus.
 #pragma once
 
 #include <QObject>
-#include <QPointer>
-
-#include <functional>
+#include <QStringList>
 
 class QMenu;
-class QAction;
 
 namespace mirtex {
 
+class CommandRegistry;
 class MainWindow;
-class Preferences;
 
 class MainMenu : public QObject
 {
     Q_OBJECT
 
 public:
-    MainMenu(MainWindow *window, QObject *parent = nullptr);
+    // Every command laid out must already be registered.
+    MainMenu(MainWindow &window, CommandRegistry &registry, QObject *parent = nullptr);
 
     QMenu *menu(const QString &objectName) const;
-    QAction *action(const QString &objectName) const;
-
-    std::function<void()> onShowPreferences;
-    std::function<void()> onShowShortcuts;
-    std::function<void()> onQuit;
 
 private:
-    void buildFile();
-    void buildEdit();
-    void buildView();
+    QMenu *addMenu(const QString &objectName, const QString &title);
+    // The commands in order; an empty name is a separator.
+    void place(QMenu *menu, const QStringList &names);
     void buildEncoding();
     void buildLanguage();
     void buildWindow();
-    void buildHelp();
-    QAction *add(QMenu *menu,
-                 const QString &name,
-                 const QString &label,
-                 const QKeySequence &shortcut,
-                 std::function<void()> run);
-    using Getter = bool (Preferences::*)() const;
-    using Setter = void (Preferences::*)(bool);
-    QAction *
-    addToggle(QMenu *menu, const QString &name, const QString &label, Getter get, Setter set);
-    void syncToggles();
 
-    QPointer<MainWindow> m_window;
-    QList<std::pair<QAction *, Getter>> m_toggles;
+    MainWindow &m_window;
+    CommandRegistry &m_registry;
+    QMenu *m_statusEncodingMenu = nullptr;
+    QMenu *m_lineEndingMenu = nullptr;
+    QMenu *m_languageMenu = nullptr;
 };
 
 } // namespace mirtex

@@ -5,9 +5,11 @@
 #include "core/languages/Language.h"
 #include "core/languages/SyntaxHighlighter.h"
 #include "core/languages/Tokenizer.h"
-#include "ui/app/Alerts.h"
+#include "ui/app/AppAssembly.h"
 #include "ui/app/AppDelegate.h"
 #include "ui/app/SelfTestRunner.h"
+#include "ui/dialogs/ScriptedQuestions.h"
+#include "ui/document/DocumentFlows.h"
 #include "ui/document/DocumentTab.h"
 #include "ui/document/MainWindow.h"
 #include "ui/editor/EditorPane.h"
@@ -66,12 +68,14 @@ void type(DocumentTab *tab, const QString &text)
                                                 text.toUtf8().constData());
 }
 
-void checkDocuments(SelfTestRunner &t, const QString &folder)
+void checkDocuments(SelfTestRunner &t,
+                    const QString &folder,
+                    AppAssembly &app,
+                    ScriptedQuestions &alerts)
 {
     t.section(QStringLiteral("Documenti"));
-    Preferences prefs(folder + QStringLiteral("/documents.conf"));
-    MainWindow window(prefs);
-    Alerts &alerts = Alerts::instance();
+    MainWindow &window = app.window();
+    DocumentFlows &flows = app.flows();
 
     DocumentTab *first = window.newDocument();
     DocumentTab *second = window.newDocument();
@@ -91,7 +95,7 @@ void checkDocuments(SelfTestRunner &t, const QString &folder)
     alerts.pushSaveChoice(SaveChoice{folder + QStringLiteral("/a.txt"),
                                      TextEncoding::windows1252().id(),
                                      QStringLiteral("crlf")});
-    t.check(window.save(second), QStringLiteral("salvataggio con nome fallito"));
+    t.check(flows.save(second), QStringLiteral("salvataggio con nome fallito"));
     QFile saved(folder + QStringLiteral("/a.txt"));
     t.check(saved.open(QIODevice::ReadOnly) && saved.readAll() == QByteArray("Perch\xE9"),
             QStringLiteral("il file salvato in Windows-1252 non corrisponde"));
@@ -99,13 +103,13 @@ void checkDocuments(SelfTestRunner &t, const QString &folder)
 
     type(second, QStringLiteral("ł"));
     alerts.pushAnswer(QStringLiteral("Salva in UTF-8"));
-    t.check(window.save(second) && second->document().encoding() == TextEncoding::utf8(),
+    t.check(flows.save(second) && second->document().encoding() == TextEncoding::utf8(),
             QStringLiteral("l'offerta di UTF-8 non salva in UTF-8"));
 
     QFile::setPermissions(folder + QStringLiteral("/a.txt"),
                           QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup);
     type(second, QStringLiteral("!"));
-    window.save(second);
+    flows.save(second);
     t.check(QFileInfo(folder + QStringLiteral("/a.txt")).permissions()
                 == (QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadUser
                     | QFile::WriteUser),
@@ -113,46 +117,50 @@ void checkDocuments(SelfTestRunner &t, const QString &folder)
 
     QFile::link(folder + QStringLiteral("/a.txt"), folder + QStringLiteral("/link.txt"));
     const int before = int(window.documents().size());
-    window.openPath(folder + QStringLiteral("/link.txt"));
+    flows.openPath(folder + QStringLiteral("/link.txt"));
     t.check(window.documents().size() == before, QStringLiteral("lo stesso file aperto due volte"));
 
     type(second, QStringLiteral("?"));
     alerts.pushAnswer(QStringLiteral("Annulla"));
-    t.check(!window.closeDocument(second) && window.documents().contains(second),
+    t.check(!flows.closeDocument(second) && window.documents().contains(second),
             QStringLiteral("\"Annulla\" chiude la scheda"));
     alerts.pushAnswer(QStringLiteral("Non salvare"));
-    t.check(window.closeDocument(second) && !window.documents().contains(second),
+    t.check(flows.closeDocument(second) && !window.documents().contains(second),
             QStringLiteral("\"Non salvare\" non chiude la scheda"));
 }
 
-void checkLaunch(SelfTestRunner &t, const QString &folder)
+// Runs after checkDocuments on the same, not yet launched, application.
+void checkLaunch(SelfTestRunner &t,
+                 const QString &folder,
+                 AppAssembly &app,
+                 ScriptedQuestions &alerts)
 {
     t.section(QStringLiteral("Avvio e uscita"));
-    Preferences prefs(folder + QStringLiteral("/launch.conf"));
-    prefs.setRememberSession(false);
-    AppDelegate delegate(prefs, nullptr);
+    MainWindow &window = app.window();
+    for (DocumentTab *tab : window.documents())
+        window.discardDocument(tab);
+    AppDelegate &delegate = app.delegate();
     delegate.handleUrlEvent(QStringLiteral("mirtex:?text=Ciao"));
     delegate.handleUrlEvent(QStringLiteral("other:?text=No"));
     delegate.launch(false);
-    auto docs = delegate.mainWindow()->documents();
+    auto docs = window.documents();
     t.check(docs.size() == 2 && docs.last()->editor()->text() == QStringLiteral("Ciao")
                 && !docs.last()->document().isDirty(),
             QStringLiteral("testo consegnato prima dell'avvio"));
     delegate.handleUrlEvent(QStringLiteral("mirtex:?text=Dopo"));
-    docs = delegate.mainWindow()->documents();
+    docs = window.documents();
     t.check(docs.size() == 3 && docs.last()->document().isDirty(),
             QStringLiteral("testo consegnato dopo l'avvio"));
 
     // Two modified documents: save the first, cancel at the second.
     type(docs[0], QStringLiteral("uno"));
-    Alerts::instance().pushAnswer(QStringLiteral("Salva"));
-    Alerts::instance().pushSaveChoice(
+    alerts.pushAnswer(QStringLiteral("Salva"));
+    alerts.pushSaveChoice(
         SaveChoice{folder + QStringLiteral("/uno.txt"), QStringLiteral("4"), QStringLiteral("lf")});
-    Alerts::instance().pushAnswer(QStringLiteral("Annulla"));
-    Alerts::instance().clearAsked();
+    alerts.pushAnswer(QStringLiteral("Annulla"));
+    alerts.clearAsked();
     t.check(!delegate.shouldTerminate(), QStringLiteral("\"Annulla\" non ferma l'uscita"));
-    t.check(QFileInfo::exists(folder + QStringLiteral("/uno.txt"))
-                && Alerts::instance().asked().size() == 2,
+    t.check(QFileInfo::exists(folder + QStringLiteral("/uno.txt")) && alerts.asked().size() == 2,
             QStringLiteral("uscita: domande o salvataggi sbagliati"));
 }
 
@@ -205,12 +213,17 @@ int SelfTest::run()
 {
     SelfTestRunner t;
     QTemporaryDir folder;
-    Alerts::instance().beginScript();
-    checkDocuments(t, folder.path());
-    checkLaunch(t, folder.path());
+    {
+        // One application, as the program builds it, with scripted answers.
+        Preferences prefs(folder.filePath(QStringLiteral("selftest.conf")));
+        prefs.setRememberSession(false);
+        ScriptedQuestions alerts;
+        AppAssembly app(prefs, alerts);
+        checkDocuments(t, folder.path(), app, alerts);
+        checkLaunch(t, folder.path(), app, alerts);
+    }
     checkCodec(t);
     checkSyntax(t, folder.path());
-    Alerts::instance().endScript();
     return t.finish();
 }
 

@@ -1,16 +1,20 @@
 #include "ui/app/ShortcutsWindow.h"
 
+#include "ui/commands/CommandRegistry.h"
+
 #include <QCoreApplication>
 #include <QHeaderView>
 #include <QMenu>
 #include <QMenuBar>
+#include <QSet>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
 namespace mirtex {
 
-ShortcutsWindow::ShortcutsWindow(QMenuBar *menuBar, QWidget *parent)
+ShortcutsWindow::ShortcutsWindow(CommandRegistry &registry, QMenuBar *menuBar, QWidget *parent)
     : QDialog(parent)
+    , m_registry(registry)
     , m_menuBar(menuBar)
     , m_list(new QTreeWidget)
 {
@@ -37,25 +41,36 @@ void ShortcutsWindow::showEvent(QShowEvent *event)
 void ShortcutsWindow::rebuild()
 {
     m_list->clear();
+    auto add = [this](const QString &where, const QList<QKeySequence> &shortcuts) {
+        QStringList keys;
+        for (const QKeySequence &key : shortcuts)
+            keys.append(key.toString(QKeySequence::NativeText));
+        auto *item = new QTreeWidgetItem(m_list);
+        item->setText(0, where);
+        item->setText(1, keys.join(QStringLiteral(" / ")));
+    };
+    // The menus give the order and the place; the registry the commands and their keys.
+    QSet<QString> listed;
     std::function<void(QMenu *, const QString &)> walk = [&](QMenu *menu, const QString &path) {
         for (QAction *action : menu->actions()) {
             if (action->menu()) {
                 walk(action->menu(), path + QStringLiteral(" › ") + action->text().remove(u'&'));
                 continue;
             }
-            if (action->shortcuts().isEmpty())
+            const Command *command = m_registry.find(action->objectName());
+            if (!command || command->shortcuts.isEmpty() || listed.contains(command->name))
                 continue;
-            QStringList keys;
-            for (const QKeySequence &key : action->shortcuts())
-                keys.append(key.toString(QKeySequence::NativeText));
-            auto *item = new QTreeWidgetItem(m_list);
-            item->setText(0, path + QStringLiteral(" › ") + action->text().remove(u'&'));
-            item->setText(1, keys.join(QStringLiteral(" / ")));
+            listed.insert(command->name);
+            add(path + QStringLiteral(" › ") + action->text().remove(u'&'), command->shortcuts);
         }
     };
     for (QAction *top : m_menuBar->actions()) {
         if (top->menu())
             walk(top->menu(), top->text().remove(u'&'));
+    }
+    for (const Command *command : m_registry.commands()) {
+        if (!command->shortcuts.isEmpty() && !listed.contains(command->name))
+            add(QString(command->label).remove(u'&'), command->shortcuts);
     }
 }
 

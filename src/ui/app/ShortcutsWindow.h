@@ -1,4 +1,5 @@
-// "Scorciatoie da tastiera": every menu command that has a key, grouped by menu.
+// "Scorciatoie da tastiera": every registered command that has a key, under the menu that shows
+// it ("File › Salva"); commands in no menu come last, by their label.
 #pragma once
 
 #include <QDialog>
@@ -8,12 +9,14 @@ class QTreeWidget;
 
 namespace mirtex {
 
+class CommandRegistry;
+
 class ShortcutsWindow : public QDialog
 {
     Q_OBJECT
 
 public:
-    ShortcutsWindow(QMenuBar *menuBar, QWidget *parent = nullptr);
+    ShortcutsWindow(CommandRegistry &registry, QMenuBar *menuBar, QWidget *parent = nullptr);
 
 protected:
     void showEvent(QShowEvent *event) override;
@@ -21,6 +24,7 @@ protected:
 private:
     void rebuild();
 
+    CommandRegistry &m_registry;
     QMenuBar *m_menuBar;
     QTreeWidget *m_list;
 };

@@ -2,10 +2,13 @@
 
 #include "core/app/CommandLine.h"
 #include "core/app/Preferences.h"
-#include "ui/app/AppearanceController.h"
-#include "ui/app/MainMenu.h"
+#include "ui/app/AppAssembly.h"
+#include "ui/commands/CommandRegistry.h"
+#include "ui/dialogs/DialogQuestions.h"
+#include "ui/document/DocumentFlows.h"
 #include "ui/document/DocumentTab.h"
 #include "ui/document/MainWindow.h"
+#include "ui/editor/EditorView.h"
 
 #include <QApplication>
 #include <QDir>
@@ -26,16 +29,17 @@ int Snapshot::run(const SnapshotRequest &request)
     if (request.dark)
         prefs.setThemeID(QStringLiteral("dark"));
 
-    MainWindow window(prefs);
-    MainMenu menu(&window);
-    AppearanceController appearance(prefs, window);
+    DialogQuestions questions;
+    AppAssembly assembly(prefs, questions);
+    MainWindow &window = assembly.window();
+    DocumentFlows &flows = assembly.flows();
     window.resize(request.size);
 
     bool allOpened = true;
     for (const QString &file : request.files) {
         if (QFileInfo(file).isDir())
             window.openWorkspace(file);
-        else if (!window.openPath(file))
+        else if (!flows.openPath(file))
             allOpened = false;
     }
     if (window.documents().isEmpty())
@@ -47,9 +51,9 @@ int Snapshot::run(const SnapshotRequest &request)
     if (request.tab)
         window.selectIndex(*request.tab);
     if (request.split == QLatin1String("side"))
-        window.setSplit(Qt::Horizontal);
+        assembly.commands().dispatch(QStringLiteral("splitSideBySide:"));
     else if (request.split == QLatin1String("stacked"))
-        window.setSplit(Qt::Vertical);
+        assembly.commands().dispatch(QStringLiteral("splitStacked:"));
     if (!request.selectWord.isEmpty()) {
         if (auto *tab = window.currentDocument()) {
             const qsizetype at = tab->editor()->text().indexOf(request.selectWord);

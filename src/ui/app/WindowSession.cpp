@@ -3,6 +3,7 @@
 #include "core/app/Preferences.h"
 #include "core/document/SessionRestore.h"
 #include "core/languages/Language.h"
+#include "ui/document/DocumentFlows.h"
 #include "ui/document/DocumentTab.h"
 #include "ui/document/MainWindow.h"
 #include "ui/editor/EditorAnnotations.h"
@@ -64,15 +65,16 @@ void WindowSession::remove()
     m_store.removeSessionFile();
 }
 
-bool WindowSession::restore(MainWindow &window)
+bool WindowSession::restore(DocumentFlows &flows)
 {
+    MainWindow &window = flows.window();
     auto state = m_store.load();
     if (!state)
         return false;
     SessionRestore::nameUntitledEntries(state->entries);
     int opened = 0;
     for (const SessionState::Entry &entry : std::as_const(state->entries)) {
-        if (restoreEntry(window, entry))
+        if (restoreEntry(flows, entry))
             ++opened;
     }
     if (const auto selected
@@ -86,7 +88,7 @@ bool WindowSession::restore(MainWindow &window)
     return opened > 0;
 }
 
-bool WindowSession::restoreEntry(MainWindow &window, const SessionState::Entry &entry)
+bool WindowSession::restoreEntry(DocumentFlows &flows, const SessionState::Entry &entry)
 {
     const LineEnding fallbackEnding = lineEndingFromPreference(m_prefs.defaultLineEndingID());
     const TextEncoding encoding
@@ -100,7 +102,7 @@ bool WindowSession::restoreEntry(MainWindow &window, const SessionState::Entry &
     }
     // The file on disk: the text itself, or what a backup is compared with.
     std::optional<LoadedFile> disk;
-    if (entry.path && window.confirmLargeFile(*entry.path)) {
+    if (entry.path && flows.confirmLargeFile(*entry.path)) {
         if (auto loaded = Document::read(*entry.path, encoding, fallbackEnding))
             disk = std::move(*loaded);
         else if (auto detected = Document::read(*entry.path, std::nullopt, fallbackEnding))
@@ -131,8 +133,8 @@ bool WindowSession::restoreEntry(MainWindow &window, const SessionState::Entry &
         doc.setFileModificationDate(disk->modified);
     if (backup)
         doc.setBackedUpChangeCount(doc.changeCount()); // the backup already holds this text
-    window.addDocument(tab);
-    doc.setReadOnly(entry.readOnly || (disk && disk->readOnly && !backup));
+    flows.window().addDocument(tab);
+    tab->setReadOnly(entry.readOnly || (disk && disk->readOnly && !backup));
 
     EditorView *editor = tab->editor();
     const qsizetype length = editor->textLength();

@@ -16,12 +16,12 @@ public:
     explicit WindowSession(Preferences &prefs,
                            const QString &folder = SessionStore::defaultFolderPath());
 
-    bool restore(MainWindow &window) override;
+    bool restore(DocumentFlows &flows) override;
     void write(MainWindow &window) override;
     void remove() override;
 
 private:
-    bool restoreEntry(MainWindow &window, const SessionState::Entry &entry);
+    bool restoreEntry(DocumentFlows &flows, const SessionState::Entry &entry);
 
     Preferences &m_prefs;
     SessionStore m_store;

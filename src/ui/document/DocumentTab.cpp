@@ -1,5 +1,6 @@
 #include "ui/document/DocumentTab.h"
 
+#include "ui/document/DocumentPage.h"
 #include "ui/editor/EditorView.h"
 
 namespace mirtex {
@@ -12,7 +13,8 @@ DocumentTab::DocumentTab(Preferences &prefs,
                          const QString &untitledName,
                          QUuid id,
                          std::optional<QByteArray> savedUtf8)
-    : m_editor(new EditorView(prefs))
+    : m_page(new DocumentPage(new EditorView(prefs)))
+    , m_editor(m_page->editor())
 {
     m_editor->loadText(utf8);
     m_document = std::make_unique<Document>(m_editor.data(),
@@ -36,6 +38,14 @@ void DocumentTab::setLanguage(LanguagePtr language)
     Q_EMIT stateChanged();
 }
 
+void DocumentTab::setReadOnly(bool readOnly)
+{
+    const bool changed = readOnly != m_document->isReadOnly();
+    m_document->setReadOnly(readOnly);
+    if (changed)
+        Q_EMIT stateChanged();
+}
+
 void DocumentTab::detectLanguage()
 {
     // The first line is enough: read a bounded prefix rather than the whole text.
@@ -48,7 +58,7 @@ void DocumentTab::detectLanguage()
 DocumentTab::~DocumentTab()
 {
     m_document->onStateChange = nullptr;
-    delete m_editor.data();
+    delete m_page.data();
 }
 
 } // namespace mirtex

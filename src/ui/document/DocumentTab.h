@@ -1,8 +1,9 @@
-// One tab of the main window: the document and its editor, kept in step (every edit reaches the
-// document; the document's read-only state reaches the editor).
+// One tab of the main window: the document, its editor and the page that shows the editor, kept
+// in step (every edit reaches the document; the document's read-only state reaches the editor).
 #pragma once
 
 #include "core/document/Document.h"
+#include "ui/document/DocumentPage.h"
 #include "ui/editor/EditorView.h"
 
 #include <QObject>
@@ -12,6 +13,7 @@
 
 namespace mirtex {
 
+class DocumentPage;
 class EditorView;
 class Preferences;
 
@@ -20,7 +22,7 @@ class DocumentTab : public QObject
     Q_OBJECT
 
 public:
-    // Creates the editor (a widget the tab bar will own) with `utf8` as its initial text;
+    // Creates the editor in its page (a widget the tab owns) with `utf8` as its initial text;
     // `savedUtf8`, when given, is the text on disk (a session backup may differ from it).
     DocumentTab(Preferences &prefs,
                 const QByteArray &utf8,
@@ -38,6 +40,11 @@ public:
 
     EditorView *editor() const { return m_editor; }
 
+    DocumentPage *page() const { return m_page; }
+
+    // Locks or unlocks the text; the tab's state changes with it.
+    void setReadOnly(bool readOnly);
+
     // Colours the tab in `language` and records it in the document.
     void setLanguage(LanguagePtr language);
     // Chooses the language from the file name and the first line of the text.
@@ -47,6 +54,7 @@ Q_SIGNALS:
     void stateChanged();
 
 private:
+    QPointer<DocumentPage> m_page;
     QPointer<EditorView> m_editor;
     std::unique_ptr<Document> m_document;
 };

@@ -4,6 +4,7 @@
 #include "core/app/Preferences.h"
 #include "core/document/CharacterSetTable.h"
 #include "core/document/FileNaming.h"
+#include "ui/document/DocumentPage.h"
 #include "ui/document/DocumentTab.h"
 #include "ui/document/StatusBar.h"
 #include "ui/document/WorkspaceSidebar.h"
@@ -13,11 +14,11 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDockWidget>
 #include <QFileInfo>
 #include <QMimeData>
 #include <QTabBar>
 #include <QTabWidget>
-#include <QToolButton>
 
 namespace mirtex {
 
@@ -26,7 +27,8 @@ MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
     , m_prefs(prefs)
     , m_tabs(new QTabWidget(this))
     , m_statusBar(new StatusBar(this))
-    , m_sidebar(new WorkspaceSidebar(prefs, this))
+    , m_sidebar(new WorkspaceSidebar(prefs))
+    , m_sidebarDock(nullptr)
     , m_colors(std::make_unique<EditorColors>())
 {
     setObjectName(QStringLiteral("mirtex.main"));
@@ -43,12 +45,12 @@ MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
     setCentralWidget(m_tabs);
     setStatusBar(m_statusBar);
     m_statusBar->setVisible(m_prefs.showStatusBar());
-    addDockWidget(Qt::LeftDockWidgetArea, m_sidebar);
-    m_sidebar->hide();
+    m_sidebarDock = addPanel(Qt::LeftDockWidgetArea, m_sidebar);
+    m_sidebarDock->hide();
 
     connect(m_tabs, &QTabWidget::tabCloseRequested, this, [this](int index) {
-        if (auto *tab = tabForEditor(m_tabs->widget(index)))
-            closeDocument(tab);
+        if (auto *tab = tabForPage(m_tabs->widget(index)))
+            Q_EMIT closeRequested(tab);
     });
     connect(m_tabs, &QTabWidget::currentChanged, this, [this]() {
         refreshStatus();
@@ -56,32 +58,16 @@ MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
         Q_EMIT currentDocumentChanged(currentDocument());
     });
     connect(m_sidebar, &WorkspaceSidebar::fileActivated, this, [this](const QString &path) {
-        openPath(path);
+        Q_EMIT openRequested({path});
     });
     connect(&m_prefs, &Preferences::changed, this, &MainWindow::applyPreferenceChange);
-    connect(m_statusBar, &StatusBar::convertRequested, this, [this](TextEncoding encoding) {
-        if (auto *tab = currentDocument())
-            convertEncoding(tab, encoding);
-    });
-    connect(m_statusBar, &StatusBar::reopenRequested, this, [this](TextEncoding encoding) {
-        if (auto *tab = currentDocument())
-            reopenWithEncoding(tab, encoding);
-    });
-    connect(m_statusBar, &StatusBar::lineEndingRequested, this, [this](LineEnding ending) {
-        if (auto *tab = currentDocument())
-            setLineEnding(tab, ending);
-    });
-    connect(qApp, &QApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
-        if (state == Qt::ApplicationActive)
-            checkExternalChanges();
-    });
 }
 
 MainWindow::~MainWindow()
 {
-    // Tabs go before the tab widget deletes the editors they point to.
+    // Tabs go before the tab widget deletes the pages they point to.
     for (auto &doc : m_documents)
-        m_tabs->removeTab(m_tabs->indexOf(doc->editor()));
+        m_tabs->removeTab(m_tabs->indexOf(doc->page()));
     m_documents.clear();
 }
 
@@ -89,16 +75,16 @@ QList<DocumentTab *> MainWindow::documents() const
 {
     QList<DocumentTab *> result;
     for (int i = 0; i < m_tabs->count(); ++i) {
-        if (auto *tab = tabForEditor(m_tabs->widget(i)))
+        if (auto *tab = tabForPage(m_tabs->widget(i)))
             result.append(tab);
     }
     return result;
 }
 
-DocumentTab *MainWindow::tabForEditor(QWidget *page) const
+DocumentTab *MainWindow::tabForPage(QWidget *page) const
 {
     for (const auto &doc : m_documents) {
-        if (doc->editor() == page)
+        if (doc->page() == page)
             return doc.get();
     }
     return nullptr;
@@ -106,7 +92,7 @@ DocumentTab *MainWindow::tabForEditor(QWidget *page) const
 
 DocumentTab *MainWindow::currentDocument() const
 {
-    return tabForEditor(m_tabs->currentWidget());
+    return tabForPage(m_tabs->currentWidget());
 }
 
 int MainWindow::currentIndex() const
@@ -117,7 +103,7 @@ int MainWindow::currentIndex() const
 void MainWindow::selectDocument(DocumentTab *tab)
 {
     if (tab)
-        m_tabs->setCurrentWidget(tab->editor());
+        m_tabs->setCurrentWidget(tab->page());
 }
 
 void MainWindow::selectIndex(int index)
@@ -178,7 +164,7 @@ void MainWindow::addDocument(DocumentTab *tab)
     });
     connect(
         tab->editor(), &EditorView::zoomChanged, this, [this](int zoom) { m_prefs.setZoom(zoom); });
-    const int index = m_tabs->addTab(tab->editor(), tab->document().displayName());
+    const int index = m_tabs->addTab(tab->page(), tab->document().displayName());
     refreshTab(tab);
     m_tabs->setCurrentIndex(index);
     tab->editor()->primaryPane()->setFocus();
@@ -187,7 +173,7 @@ void MainWindow::addDocument(DocumentTab *tab)
 
 void MainWindow::refreshTab(DocumentTab *tab)
 {
-    const int index = m_tabs->indexOf(tab->editor());
+    const int index = m_tabs->indexOf(tab->page());
     if (index < 0)
         return;
     const Document &doc = tab->document();
@@ -229,10 +215,9 @@ void MainWindow::discardDocument(DocumentTab *tab)
 
 void MainWindow::removeTab(DocumentTab *tab)
 {
-    const int index = m_tabs->indexOf(tab->editor());
+    const int index = m_tabs->indexOf(tab->page());
     if (index >= 0)
         m_tabs->removeTab(index);
-    m_reportedMissing.remove(tab->document().id());
     std::erase_if(m_documents, [tab](const auto &doc) { return doc.get() == tab; });
     Q_EMIT documentsChanged();
     refreshStatus();
@@ -252,28 +237,28 @@ QStringList MainWindow::workspaceFolders() const
 
 void MainWindow::setSidebarVisible(bool visible)
 {
-    m_sidebar->setVisible(visible);
+    m_sidebarDock->setVisible(visible);
 }
 
 bool MainWindow::isSidebarVisible() const
 {
-    return m_sidebar->isVisibleTo(this);
+    return m_sidebarDock->isVisibleTo(this);
 }
 
-void MainWindow::setSplit(std::optional<Qt::Orientation> orientation)
+QDockWidget *MainWindow::addPanel(Qt::DockWidgetArea area, QWidget *panel)
 {
-    if (auto *tab = currentDocument())
-        tab->editor()->setSplit(orientation);
+    auto *dock = new QDockWidget(panel->windowTitle(), this);
+    dock->setObjectName(panel->objectName() + QStringLiteral(".dock"));
+    dock->setFeatures(QDockWidget::DockWidgetClosable | QDockWidget::DockWidgetMovable);
+    dock->setWidget(panel);
+    connect(panel, &QWidget::windowTitleChanged, dock, &QWidget::setWindowTitle);
+    addDockWidget(area, dock);
+    return dock;
 }
 
-void MainWindow::setLanguageMenu(QMenu *menu)
+void MainWindow::setStatusMenus(QMenu *encoding, QMenu *lineEnding, QMenu *language)
 {
-    m_statusBar->languageButton()->setMenu(menu);
-}
-
-void MainWindow::zoomBy(int steps)
-{
-    m_prefs.setZoom(steps == 0 ? 0 : std::clamp(m_prefs.zoom() + steps, -10, 20));
+    m_statusBar->setMenus(encoding, lineEnding, language);
 }
 
 void MainWindow::applyColors(const EditorColors &colors, bool isDark)
@@ -327,7 +312,7 @@ void MainWindow::dropEvent(QDropEvent *event)
         if (url.isLocalFile())
             paths.append(url.toLocalFile());
     }
-    openPaths(paths);
+    Q_EMIT openRequested(paths);
     event->acceptProposedAction();
 }
 
@@ -337,8 +322,8 @@ bool MainWindow::eventFilter(QObject *watched, QEvent *event)
         auto *mouse = static_cast<QMouseEvent *>(event);
         if (mouse->button() == Qt::MiddleButton) {
             const int index = m_tabs->tabBar()->tabAt(mouse->position().toPoint());
-            if (auto *tab = index >= 0 ? tabForEditor(m_tabs->widget(index)) : nullptr) {
-                closeDocument(tab);
+            if (auto *tab = index >= 0 ? tabForPage(m_tabs->widget(index)) : nullptr) {
+                Q_EMIT closeRequested(tab);
                 return true;
             }
         }

@@ -2,7 +2,6 @@
 
 #include "core/languages/Language.h"
 #include "ui/document/DocumentTab.h"
-#include "ui/document/EncodingMenus.h"
 #include "ui/editor/EditorView.h"
 
 #include <QCoreApplication>
@@ -41,21 +40,17 @@ StatusBar::StatusBar(QWidget *parent)
     addPermanentWidget(m_lineEnding);
     addPermanentWidget(m_zoom);
 
-    auto *encodingMenu = new QMenu(m_encoding);
-    encodingMenu->addMenu(EncodingMenus::build(
-        tr("Converti in"), encodingMenu, [this](TextEncoding e) { Q_EMIT convertRequested(e); }));
-    encodingMenu->addMenu(
-        EncodingMenus::build(tr("Riapri con codifica"), encodingMenu, [this](TextEncoding e) {
-            Q_EMIT reopenRequested(e);
-        }));
-    m_encoding->setMenu(encodingMenu);
     m_encoding->setToolTip(tr("Codifica"));
-
-    m_lineEnding->setMenu(EncodingMenus::buildLineEndings(
-        tr("Fine riga"), this, [this](LineEnding e) { Q_EMIT lineEndingRequested(e); }));
     m_lineEnding->setToolTip(tr("Fine riga"));
     m_language->setToolTip(tr("Linguaggio"));
     showDocument(nullptr);
+}
+
+void StatusBar::setMenus(QMenu *encoding, QMenu *lineEnding, QMenu *language)
+{
+    m_encoding->setMenu(encoding);
+    m_lineEnding->setMenu(lineEnding);
+    m_language->setMenu(language);
 }
 
 void StatusBar::showDocument(DocumentTab *tab)

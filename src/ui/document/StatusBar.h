@@ -2,12 +2,10 @@
 // reopen), line ending (a menu), language and zoom.
 #pragma once
 
-#include "core/document/LineEnding.h"
-#include "core/document/TextEncoding.h"
-
 #include <QStatusBar>
 
 class QLabel;
+class QMenu;
 class QToolButton;
 
 namespace mirtex {
@@ -26,12 +24,8 @@ public:
     void showCaret(const EditorView &editor);
     void showZoom(int zoomStep);
 
-    QToolButton *languageButton() const { return m_language; }
-
-Q_SIGNALS:
-    void convertRequested(mirtex::TextEncoding encoding);
-    void reopenRequested(mirtex::TextEncoding encoding);
-    void lineEndingRequested(mirtex::LineEnding ending);
+    // The menus of the encoding, line-ending and language buttons (not owned).
+    void setMenus(QMenu *encoding, QMenu *lineEnding, QMenu *language);
 
 private:
     QLabel *m_caret;

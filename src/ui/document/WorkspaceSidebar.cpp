@@ -14,20 +14,18 @@
 namespace mirtex {
 
 WorkspaceSidebar::WorkspaceSidebar(Preferences &prefs, QWidget *parent)
-    : QDockWidget(QCoreApplication::translate("WorkspaceSidebar", "Cartelle"), parent)
+    : QWidget(parent)
     , m_folderChooser(new QComboBox)
     , m_model(new QFileSystemModel(this))
     , m_tree(new QTreeView)
 {
     setObjectName(QStringLiteral("mirtex.workspace"));
-    setFeatures(QDockWidget::DockWidgetClosable | QDockWidget::DockWidgetMovable);
-    auto *box = new QWidget;
-    auto *layout = new QVBoxLayout(box);
+    setWindowTitle(QCoreApplication::translate("WorkspaceSidebar", "Cartelle"));
+    auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(2);
     layout->addWidget(m_folderChooser);
     layout->addWidget(m_tree);
-    setWidget(box);
     m_folderChooser->hide();
 
     m_model->setReadOnly(true);

@@ -1,8 +1,8 @@
-// The workspace: the folders the user opened, as a file tree beside the tabs. Double-clicking a
-// file opens it.
+// The workspace: the folders the user opened, as a file tree beside the tabs (a panel of the main
+// window; its title is the folder shown). Double-clicking a file opens it.
 #pragma once
 
-#include <QDockWidget>
+#include <QWidget>
 
 class QFileSystemModel;
 class QTreeView;
@@ -12,7 +12,7 @@ namespace mirtex {
 
 class Preferences;
 
-class WorkspaceSidebar : public QDockWidget
+class WorkspaceSidebar : public QWidget
 {
     Q_OBJECT
 

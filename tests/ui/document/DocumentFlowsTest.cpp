@@ -1,11 +1,13 @@
-#include "ui/document/MainWindow.h"
+// The document flows in a real window, with scripted answers: what is asked, in which words, and
+// what each answer does.
+#include "ui/document/DocumentFlows.h"
 
 #include "core/app/Preferences.h"
 #include "support/QStringPrinter.h"
 #include "support/TestFiles.h"
-#include "ui/app/Alerts.h"
-#include "ui/app/AppDelegate.h"
+#include "ui/dialogs/ScriptedQuestions.h"
 #include "ui/document/DocumentTab.h"
+#include "ui/document/MainWindow.h"
 #include "ui/editor/EditorPane.h"
 #include "ui/editor/EditorView.h"
 
@@ -35,7 +37,7 @@ void type(DocumentTab *tab, const QString &text)
 }
 
 // Every test gets its own settings file and scripted questions.
-class MainWindowTest : public ::testing::Test
+class DocumentFlowsTest : public ::testing::Test
 {
 protected:
     void SetUp() override
@@ -44,14 +46,12 @@ protected:
         m_prefs = std::make_unique<Preferences>(m_dir.filePath(u"settings.conf"_s));
         m_prefs->setCheckExternalChanges(true);
         m_window = std::make_unique<MainWindow>(*m_prefs);
-        Alerts::instance().beginScript();
+        m_flows = new DocumentFlows(*m_window, m_questions); // owned by the window
     }
-
-    void TearDown() override { Alerts::instance().endScript(); }
 
     QString path(const QString &name) const { return m_dir.filePath(name); }
 
-    const std::deque<AskedQuestion> &asked() const { return Alerts::instance().asked(); }
+    const std::deque<AskedQuestion> &asked() const { return m_questions.asked(); }
 
     // Sets the file's modification time `seconds` away from now.
     static void touch(const QString &path, int seconds)
@@ -64,29 +64,31 @@ protected:
 
     QTemporaryDir m_dir;
     std::unique_ptr<Preferences> m_prefs;
+    ScriptedQuestions m_questions;
     std::unique_ptr<MainWindow> m_window;
+    DocumentFlows *m_flows = nullptr;
 };
 
 } // namespace
 
-TEST_F(MainWindowTest, LargeFilesAreOpenedOnlyWhenTheUserAgrees)
+TEST_F(DocumentFlowsTest, LargeFilesAreOpenedOnlyWhenTheUserAgrees)
 {
     // Sparse, so no disk space is used. The first byte cannot start UTF-8: reading the file at
     // exactly the limit then ends in a decoding error instead of a 200 MB tab.
     const QString big = path(u"big.log"_s);
     writeFile(big, "\xFF");
     ASSERT_TRUE(QFile::resize(big, 200'000'000));
-    EXPECT_EQ(m_window->openPath(big, TextEncoding::utf8()), nullptr);
+    EXPECT_EQ(m_flows->openPath(big, TextEncoding::utf8()), nullptr);
     ASSERT_EQ(asked().size(), 1u);
     EXPECT_EQ(asked()[0].message, u"“big.log” non si può leggere come UTF-8."_s)
         << "exactly at the limit nothing is asked";
 
     ASSERT_TRUE(QFile::resize(big, 200'000'001));
     for (const QString &answer : {u"Annulla"_s, QString()}) {
-        Alerts::instance().clearAsked();
+        m_questions.clearAsked();
         if (!answer.isEmpty())
-            Alerts::instance().pushAnswer(answer);
-        EXPECT_EQ(m_window->openPath(big), nullptr);
+            m_questions.pushAnswer(answer);
+        EXPECT_EQ(m_flows->openPath(big), nullptr);
         ASSERT_EQ(asked().size(), 1u) << "a cancelled open reads nothing and reports nothing";
         EXPECT_EQ(asked()[0].message, u"“big.log” è molto grande (200 MB)."_s);
         EXPECT_EQ(asked()[0].informative, u"Aprirlo può richiedere tempo e molta memoria."_s);
@@ -95,27 +97,27 @@ TEST_F(MainWindowTest, LargeFilesAreOpenedOnlyWhenTheUserAgrees)
     EXPECT_TRUE(m_window->documents().isEmpty());
 }
 
-TEST_F(MainWindowTest, UnreadableFilesAreReported)
+TEST_F(DocumentFlowsTest, UnreadableFilesAreReported)
 {
     ASSERT_TRUE(QFile::link(path(u"gone.txt"_s), path(u"dangling.txt"_s)));
     for (const QString &name : {u"missing.txt"_s, u"dangling.txt"_s}) {
-        Alerts::instance().clearAsked();
-        EXPECT_EQ(m_window->openPath(path(name)), nullptr);
+        m_questions.clearAsked();
+        EXPECT_EQ(m_flows->openPath(path(name)), nullptr);
         ASSERT_EQ(asked().size(), 1u);
         EXPECT_EQ(asked()[0].message, u"Impossibile leggere “%1”."_s.arg(name));
     }
     EXPECT_TRUE(m_window->documents().isEmpty());
 }
 
-TEST_F(MainWindowTest, AFailedSaveKeepsTheTextAndTheModification)
+TEST_F(DocumentFlowsTest, AFailedSaveKeepsTheTextAndTheModification)
 {
     ASSERT_TRUE(QDir(m_dir.path()).mkdir(u"taken.txt"_s)); // a folder where the file should go
     DocumentTab *tab = m_window->newDocument();
     type(tab, u"da non perdere"_s);
 
-    Alerts::instance().pushAnswer(u"Salva"_s);
-    Alerts::instance().pushSaveChoice(SaveChoice{path(u"taken.txt"_s), u"4"_s, u"lf"_s});
-    EXPECT_FALSE(m_window->closeDocument(tab));
+    m_questions.pushAnswer(u"Salva"_s);
+    m_questions.pushSaveChoice(SaveChoice{path(u"taken.txt"_s), u"4"_s, u"lf"_s});
+    EXPECT_FALSE(m_flows->closeDocument(tab));
 
     ASSERT_TRUE(m_window->documents().contains(tab));
     EXPECT_EQ(tab->editor()->text(), u"da non perdere"_s);
@@ -126,31 +128,31 @@ TEST_F(MainWindowTest, AFailedSaveKeepsTheTextAndTheModification)
     EXPECT_TRUE(QFileInfo(path(u"taken.txt"_s)).isDir());
 }
 
-TEST_F(MainWindowTest, AFileGoneFromDiskIsReportedOnce)
+TEST_F(DocumentFlowsTest, AFileGoneFromDiskIsReportedOnce)
 {
     writeFile(path(u"a.txt"_s), "testo\n");
-    DocumentTab *tab = m_window->openPath(path(u"a.txt"_s));
+    DocumentTab *tab = m_flows->openPath(path(u"a.txt"_s));
     ASSERT_TRUE(tab);
     ASSERT_TRUE(QFile::remove(path(u"a.txt"_s)));
 
-    m_window->checkExternalChanges();
+    m_flows->checkExternalChanges();
     ASSERT_EQ(asked().size(), 1u);
     EXPECT_EQ(asked()[0].message, u"“a.txt” non esiste più sul disco."_s);
     EXPECT_EQ(asked()[0].informative, u"Vuoi tenerlo aperto? Salvandolo lo ricrei."_s);
     ASSERT_TRUE(m_window->documents().contains(tab)) << "kept open by default";
     EXPECT_EQ(tab->editor()->text(), u"testo\n"_s);
 
-    m_window->checkExternalChanges();
+    m_flows->checkExternalChanges();
     EXPECT_EQ(asked().size(), 1u);
-    ASSERT_TRUE(m_window->save(tab));
+    ASSERT_TRUE(m_flows->save(tab));
     EXPECT_TRUE(QFileInfo::exists(path(u"a.txt"_s)));
 }
 
-TEST_F(MainWindowTest, AFileChangedOnDiskIsReloadedOrIgnored)
+TEST_F(DocumentFlowsTest, AFileChangedOnDiskIsReloadedOrIgnored)
 {
     const QString file = path(u"b.txt"_s);
     writeFile(file, "primo\n");
-    DocumentTab *tab = m_window->openPath(file);
+    DocumentTab *tab = m_flows->openPath(file);
     ASSERT_TRUE(tab);
     const QString reloadQuestion = u"È stato modificato da un altro programma. Vuoi ricaricarlo?"_s;
     const QString loseQuestion
@@ -158,8 +160,8 @@ TEST_F(MainWindowTest, AFileChangedOnDiskIsReloadedOrIgnored)
 
     writeFile(file, "secondo\n");
     touch(file, 10);
-    Alerts::instance().pushAnswer(u"Ricarica"_s);
-    m_window->checkExternalChanges();
+    m_questions.pushAnswer(u"Ricarica"_s);
+    m_flows->checkExternalChanges();
     ASSERT_EQ(asked().size(), 1u);
     EXPECT_EQ(asked()[0].informative, reloadQuestion);
     EXPECT_EQ(asked()[0].buttons, (QStringList{u"Ricarica"_s, u"Ignora"_s}));
@@ -169,25 +171,25 @@ TEST_F(MainWindowTest, AFileChangedOnDiskIsReloadedOrIgnored)
     // Not checked while the preference is off.
     m_prefs->setCheckExternalChanges(false);
     touch(file, 20);
-    m_window->checkExternalChanges();
+    m_flows->checkExternalChanges();
     EXPECT_EQ(asked().size(), 1u);
     m_prefs->setCheckExternalChanges(true);
 
     type(tab, u"mio "_s);
     writeFile(file, "terzo\n");
     touch(file, 30);
-    Alerts::instance().pushAnswer(u"Ignora"_s);
-    m_window->checkExternalChanges();
+    m_questions.pushAnswer(u"Ignora"_s);
+    m_flows->checkExternalChanges();
     ASSERT_EQ(asked().size(), 2u);
     EXPECT_EQ(asked()[1].informative, loseQuestion);
     EXPECT_EQ(tab->editor()->text(), u"mio secondo\n"_s);
     EXPECT_TRUE(tab->document().isDirty());
 
-    m_window->checkExternalChanges();
+    m_flows->checkExternalChanges();
     EXPECT_EQ(asked().size(), 2u) << "an ignored change is asked about once";
 }
 
-TEST_F(MainWindowTest, NewDocumentsTakeTheDefaultFormat)
+TEST_F(DocumentFlowsTest, NewDocumentsTakeTheDefaultFormat)
 {
     const struct
     {
@@ -212,11 +214,11 @@ TEST_F(MainWindowTest, NewDocumentsTakeTheDefaultFormat)
     }
 }
 
-TEST_F(MainWindowTest, AFolderOpensAsTheWorkspace)
+TEST_F(DocumentFlowsTest, AFolderOpensAsTheWorkspace)
 {
     ASSERT_TRUE(QDir(m_dir.path()).mkdir(u"project"_s));
     writeFile(path(u"project/main.c"_s), "int main;\n");
-    EXPECT_EQ(m_window->openPaths({path(u"project"_s), path(u"project/main.c"_s)}), 1);
+    EXPECT_EQ(m_flows->openPaths({path(u"project"_s), path(u"project/main.c"_s)}), 1);
     ASSERT_EQ(m_window->documents().size(), 1);
     EXPECT_EQ(m_window->documents()[0]->document().displayName(), u"main.c"_s);
     EXPECT_TRUE(
@@ -225,33 +227,7 @@ TEST_F(MainWindowTest, AFolderOpensAsTheWorkspace)
     EXPECT_TRUE(asked().empty());
 }
 
-TEST(AppDelegateTest, QuitWithoutSessionAsksForEachModifiedDocument)
-{
-    QTemporaryDir dir;
-    Preferences prefs(dir.filePath(u"settings.conf"_s));
-    prefs.setRememberSession(false);
-    AppDelegate delegate(prefs, nullptr);
-    delegate.launch(false);
-    MainWindow *window = delegate.mainWindow();
-    type(window->documents()[0], u"uno"_s);
-    window->newDocument(); // clean: not asked about
-    type(window->newDocument(), u"tre"_s);
-
-    Alerts::instance().beginScript({u"Non salvare"_s, u"Non salvare"_s});
-    EXPECT_TRUE(delegate.shouldTerminate());
-    const auto &asked = Alerts::instance().asked();
-    ASSERT_EQ(asked.size(), 2u);
-    EXPECT_EQ(asked[0].message, u"Salvare le modifiche a “nuovo 1”?"_s);
-    EXPECT_EQ(asked[1].message, u"Salvare le modifiche a “nuovo 3”?"_s);
-    EXPECT_EQ(asked[0].informative, u"Se non salvi, le modifiche andranno perse."_s);
-    EXPECT_EQ(asked[0].buttons, (QStringList{u"Salva"_s, u"Annulla"_s, u"Non salvare"_s}));
-
-    EXPECT_TRUE(delegate.shouldTerminate()) << "approved once, quitting asks nothing more";
-    EXPECT_EQ(asked.size(), 2u);
-    Alerts::instance().endScript();
-}
-
-TEST_F(MainWindowTest, FilesDroppedOnTheEditorOpenInTabs)
+TEST_F(DocumentFlowsTest, FilesDroppedOnTheEditorOpenInTabs)
 {
     writeFile(path(u"dropped.txt"_s), "portato qui\n");
     DocumentTab *tab = m_window->newDocument();

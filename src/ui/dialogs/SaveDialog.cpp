@@ -1,9 +1,8 @@
-#include "ui/document/SaveDialog.h"
+#include "ui/dialogs/SaveDialog.h"
 
 #include "core/app/Preferences.h"
 #include "core/document/Document.h"
-#include "ui/app/Alerts.h"
-#include "ui/document/EncodingMenus.h"
+#include "ui/dialogs/EncodingChoices.h"
 
 #include <QComboBox>
 #include <QCoreApplication>
@@ -22,19 +21,6 @@ const QString kLastSaveDirectory = QStringLiteral("lastSaveDirectory");
 std::optional<SaveDialogChoice>
 SaveDialog::ask(QWidget *parent, Preferences &prefs, const Document &document, const QString &title)
 {
-    Alerts &alerts = Alerts::instance();
-    if (alerts.isScripted()) {
-        const auto scripted = alerts.takeSaveChoice();
-        if (!scripted)
-            return std::nullopt;
-        SaveDialogChoice choice{scripted->path, document.encoding(), document.lineEnding()};
-        if (auto e = TextEncoding::fromId(scripted->encodingId))
-            choice.encoding = *e;
-        if (auto l = lineEndingFromString(scripted->lineEndingId))
-            choice.lineEnding = *l;
-        return choice;
-    }
-
     QFileDialog dialog(parent, title);
     dialog.setOption(QFileDialog::DontUseNativeDialog); // the pop-ups live inside the dialog
     dialog.setAcceptMode(QFileDialog::AcceptSave);
@@ -49,10 +35,10 @@ SaveDialog::ask(QWidget *parent, Preferences &prefs, const Document &document, c
 
     auto *encodingPopup = new QComboBox(&dialog);
     encodingPopup->setObjectName(QStringLiteral("encodingPopup"));
-    EncodingMenus::fillEncodingPopup(encodingPopup, document.encoding());
+    EncodingChoices::fillEncodingPopup(encodingPopup, document.encoding());
     auto *endingPopup = new QComboBox(&dialog);
     endingPopup->setObjectName(QStringLiteral("endingPopup"));
-    EncodingMenus::fillLineEndingPopup(endingPopup, document.lineEnding());
+    EncodingChoices::fillLineEndingPopup(endingPopup, document.lineEnding());
     if (auto *grid = qobject_cast<QGridLayout *>(dialog.layout())) {
         const int row = grid->rowCount();
         grid->addWidget(

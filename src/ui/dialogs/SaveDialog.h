@@ -26,7 +26,7 @@ struct SaveDialogChoice
 class SaveDialog
 {
 public:
-    // Nothing when cancelled. While alerts are scripted, the scripted choice is used.
+    // Nothing when cancelled.
     static std::optional<SaveDialogChoice>
     ask(QWidget *parent, Preferences &prefs, const Document &document, const QString &title);
 };

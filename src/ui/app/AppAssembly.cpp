@@ -1,0 +1,65 @@
+#include "ui/app/AppAssembly.h"
+
+#include "core/app/Preferences.h"
+#include "ui/app/AppCommands.h"
+#include "ui/app/AppDelegate.h"
+#include "ui/app/AppearanceController.h"
+#include "ui/app/MainMenu.h"
+#include "ui/app/SecondaryWindows.h"
+#include "ui/app/SessionKeeper.h"
+#include "ui/app/ThemeCommands.h"
+#include "ui/commands/CommandRegistry.h"
+#include "ui/document/CommandContext.h"
+#include "ui/document/DocumentCommands.h"
+#include "ui/document/DocumentFlows.h"
+#include "ui/document/EditCommands.h"
+#include "ui/document/EncodingCommands.h"
+#include "ui/document/LanguageCommands.h"
+#include "ui/document/MainWindow.h"
+#include "ui/document/ViewCommands.h"
+
+namespace mirtex {
+
+AppAssembly::AppAssembly(Preferences &prefs,
+                         Questions &questions,
+                         std::unique_ptr<SessionKeeper> session)
+    : m_window(std::make_unique<MainWindow>(prefs))
+    , m_flows(new DocumentFlows(*m_window, questions))
+    , m_context(new CommandContext(*m_window, *m_flows))
+    , m_appearance(new AppearanceController(prefs, *m_window))
+    , m_commands(std::make_unique<CommandRegistry>())
+    , m_secondaryWindows(std::make_unique<SecondaryWindows>())
+    , m_delegate(std::make_unique<AppDelegate>(prefs, *m_flows, std::move(session)))
+{
+    CommandRegistry &commands = *m_commands;
+    DocumentCommands::registerIn(commands, *m_context);
+    EditCommands::registerIn(commands, *m_context);
+    ViewCommands::registerIn(commands, *m_context);
+    EncodingCommands::registerIn(commands, *m_context);
+    LanguageCommands::registerIn(commands, *m_context);
+    ThemeCommands::registerIn(commands, prefs);
+    AppCommands::registerIn(commands, *m_delegate, *m_window, *m_secondaryWindows);
+
+    m_menu = std::make_unique<MainMenu>(*m_window, commands);
+    ThemeCommands::addThemeMenu(commands, m_menu->menu(QStringLiteral("mirtex.menu.view")));
+
+    // Enabled and checked states follow the tab, its state and selection, and the settings.
+    QObject::connect(
+        m_context, &CommandContext::changed, &commands, [&commands]() { commands.refresh(); });
+    QObject::connect(
+        &prefs, &Preferences::changed, &commands, [&commands]() { commands.refresh(); });
+    commands.refresh();
+}
+
+AppAssembly::~AppAssembly()
+{
+    // The launch/quit sequence and the windows beside go first, the actions before the menus that
+    // show them, the window (with the flows, context and appearance) last.
+    m_delegate.reset();
+    m_secondaryWindows.reset();
+    m_menu.reset();
+    m_commands.reset();
+    m_window.reset();
+}
+
+} // namespace mirtex

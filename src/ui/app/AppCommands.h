@@ -1,0 +1,20 @@
+// The application's own commands: quit, the settings window and the shortcuts window.
+#pragma once
+
+namespace mirtex {
+
+class AppDelegate;
+class CommandRegistry;
+class MainWindow;
+class SecondaryWindows;
+
+class AppCommands
+{
+public:
+    static void registerIn(CommandRegistry &registry,
+                           AppDelegate &delegate,
+                           MainWindow &window,
+                           SecondaryWindows &windows);
+};
+
+} // namespace mirtex

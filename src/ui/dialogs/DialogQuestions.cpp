@@ -1,0 +1,55 @@
+#include "ui/dialogs/DialogQuestions.h"
+
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QPushButton>
+
+namespace mirtex {
+
+int DialogQuestions::choose(QWidget *parent, const AskedQuestion &question, int escapeIndex)
+{
+    QMessageBox box(parent);
+    box.setIcon(QMessageBox::Warning);
+    box.setText(question.message);
+    box.setInformativeText(question.informative);
+    QList<QPushButton *> made;
+    for (const QString &label : question.buttons)
+        made.append(box.addButton(label, QMessageBox::ActionRole));
+    if (!made.isEmpty())
+        box.setDefaultButton(made.first());
+    if (escapeIndex >= 0 && escapeIndex < made.size())
+        box.setEscapeButton(made[escapeIndex]);
+    box.exec();
+    const int index = int(made.indexOf(static_cast<QPushButton *>(box.clickedButton())));
+    return index >= 0 ? index : escapeIndex;
+}
+
+void DialogQuestions::inform(QWidget *parent, const QString &message, const QString &informative)
+{
+    QMessageBox box(parent);
+    box.setIcon(QMessageBox::Warning);
+    box.setText(message);
+    box.setInformativeText(informative);
+    box.addButton(QMessageBox::Ok);
+    box.exec();
+}
+
+std::optional<SaveDialogChoice> DialogQuestions::chooseSaveLocation(QWidget *parent,
+                                                                    Preferences &prefs,
+                                                                    const Document &document,
+                                                                    const QString &title)
+{
+    return SaveDialog::ask(parent, prefs, document, title);
+}
+
+QStringList DialogQuestions::chooseFilesToOpen(QWidget *parent)
+{
+    return QFileDialog::getOpenFileNames(parent, tr("Apri"));
+}
+
+QString DialogQuestions::chooseFolderToOpen(QWidget *parent)
+{
+    return QFileDialog::getExistingDirectory(parent, tr("Apri cartella"));
+}
+
+} // namespace mirtex

@@ -1,0 +1,23 @@
+// The questions as the user sees them: message boxes, the save panel and the open panels.
+#pragma once
+
+#include "ui/dialogs/Questions.h"
+
+namespace mirtex {
+
+class DialogQuestions : public Questions
+{
+public:
+    void inform(QWidget *parent, const QString &message, const QString &informative = {}) override;
+    std::optional<SaveDialogChoice> chooseSaveLocation(QWidget *parent,
+                                                       Preferences &prefs,
+                                                       const Document &document,
+                                                       const QString &title) override;
+    QStringList chooseFilesToOpen(QWidget *parent) override;
+    QString chooseFolderToOpen(QWidget *parent) override;
+
+protected:
+    int choose(QWidget *parent, const AskedQuestion &question, int escapeIndex) override;
+};
+
+} // namespace mirtex

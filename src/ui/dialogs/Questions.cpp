@@ -1,0 +1,75 @@
+#include "ui/dialogs/Questions.h"
+
+#include "core/document/FileNaming.h"
+
+namespace mirtex {
+
+SaveQuestionAnswer Questions::askToSave(QWidget *parent, const QString &displayName)
+{
+    const int answer = choose(parent,
+                              {tr("Salvare le modifiche a “%1”?").arg(displayName),
+                               tr("Se non salvi, le modifiche andranno perse."),
+                               {tr("Salva"), tr("Annulla"), tr("Non salvare")}},
+                              1);
+    if (answer == 0)
+        return SaveQuestionAnswer::save;
+    return answer == 2 ? SaveQuestionAnswer::discard : SaveQuestionAnswer::cancel;
+}
+
+LargeFileAnswer Questions::askToOpenLargeFile(QWidget *parent, const QString &fileName, qint64 size)
+{
+    const int answer = choose(parent,
+                              {tr("“%1” è molto grande (%2).").arg(fileName, formatFileSize(size)),
+                               tr("Aprirlo può richiedere tempo e molta memoria."),
+                               {tr("Apri comunque"), tr("Annulla")}},
+                              1);
+    return answer == 0 ? LargeFileAnswer::open : LargeFileAnswer::cancel;
+}
+
+Utf8OfferAnswer Questions::offerUtf8(QWidget *parent, const QString &encodingLabel)
+{
+    const int answer
+        = choose(parent,
+                 {tr("Alcuni caratteri non si possono salvare in %1.").arg(encodingLabel),
+                  tr("Salvare il file in UTF-8?"),
+                  {tr("Salva in UTF-8"), tr("Annulla")}},
+                 1);
+    return answer == 0 ? Utf8OfferAnswer::saveInUtf8 : Utf8OfferAnswer::cancel;
+}
+
+ReopenAnswer
+Questions::askToReopen(QWidget *parent, const QString &displayName, const QString &encoding)
+{
+    const int answer = choose(parent,
+                              {tr("Riaprire “%1” come %2?").arg(displayName, encoding),
+                               tr("Le modifiche non salvate andranno perse."),
+                               {tr("Riapri"), tr("Annulla")}},
+                              1);
+    return answer == 0 ? ReopenAnswer::reopen : ReopenAnswer::cancel;
+}
+
+MissingFileAnswer Questions::askAboutMissingFile(QWidget *parent, const QString &displayName)
+{
+    const int answer = choose(parent,
+                              {tr("“%1” non esiste più sul disco.").arg(displayName),
+                               tr("Vuoi tenerlo aperto? Salvandolo lo ricrei."),
+                               {tr("Tieni aperto"), tr("Chiudi")}},
+                              0);
+    return answer == 1 ? MissingFileAnswer::close : MissingFileAnswer::keepOpen;
+}
+
+ChangedFileAnswer
+Questions::askAboutChangedFile(QWidget *parent, const QString &displayName, bool hasOwnChanges)
+{
+    const int answer = choose(
+        parent,
+        {tr("“%1” è cambiato sul disco.").arg(displayName),
+         hasOwnChanges ? tr("È stato modificato da un altro programma. Ricaricandolo perderai "
+                            "le modifiche fatte qui.")
+                       : tr("È stato modificato da un altro programma. Vuoi ricaricarlo?"),
+         {tr("Ricarica"), tr("Ignora")}},
+        1);
+    return answer == 0 ? ChangedFileAnswer::reload : ChangedFileAnswer::ignore;
+}
+
+} // namespace mirtex

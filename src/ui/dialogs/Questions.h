@@ -1,0 +1,92 @@
+// Every modal question the program asks, with its exact wording and button order, answered with
+// a typed value. How a question is put to someone (a dialog, or a script in tests and the
+// self-test) is up to the implementation; the texts live here once.
+#pragma once
+
+#include "ui/dialogs/SaveDialog.h"
+
+#include <QCoreApplication>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+class QWidget;
+
+namespace mirtex {
+
+class Document;
+class Preferences;
+
+// A question as shown: buttons in this order, the first is the default.
+struct AskedQuestion
+{
+    QString message;
+    QString informative;
+    QStringList buttons;
+};
+
+enum class SaveQuestionAnswer {
+    save,
+    discard,
+    cancel
+};
+enum class LargeFileAnswer {
+    open,
+    cancel
+};
+enum class Utf8OfferAnswer {
+    saveInUtf8,
+    cancel
+};
+enum class ReopenAnswer {
+    reopen,
+    cancel
+};
+enum class MissingFileAnswer {
+    keepOpen,
+    close
+};
+enum class ChangedFileAnswer {
+    reload,
+    ignore
+};
+
+class Questions
+{
+    Q_DECLARE_TR_FUNCTIONS(Questions)
+
+public:
+    virtual ~Questions() = default;
+
+    // "Salvare le modifiche a …?" when closing or quitting with unsaved changes.
+    SaveQuestionAnswer askToSave(QWidget *parent, const QString &displayName);
+    // Files above the large-file threshold.
+    LargeFileAnswer askToOpenLargeFile(QWidget *parent, const QString &fileName, qint64 size);
+    // Characters the chosen encoding cannot hold.
+    Utf8OfferAnswer offerUtf8(QWidget *parent, const QString &encodingLabel);
+    // Reopening a modified document in another encoding loses its changes.
+    ReopenAnswer askToReopen(QWidget *parent, const QString &displayName, const QString &encoding);
+    MissingFileAnswer askAboutMissingFile(QWidget *parent, const QString &displayName);
+    ChangedFileAnswer
+    askAboutChangedFile(QWidget *parent, const QString &displayName, bool hasOwnChanges);
+
+    // A message with a single "OK".
+    virtual void inform(QWidget *parent, const QString &message, const QString &informative = {})
+        = 0;
+    // The save panel; nothing when cancelled.
+    virtual std::optional<SaveDialogChoice> chooseSaveLocation(QWidget *parent,
+                                                               Preferences &prefs,
+                                                               const Document &document,
+                                                               const QString &title)
+        = 0;
+    // The open panels; empty when cancelled.
+    virtual QStringList chooseFilesToOpen(QWidget *parent) = 0;
+    virtual QString chooseFolderToOpen(QWidget *parent) = 0;
+
+protected:
+    // The index of the button chosen; closing the box chooses `escapeIndex`.
+    virtual int choose(QWidget *parent, const AskedQuestion &question, int escapeIndex) = 0;
+};
+
+} // namespace mirtex

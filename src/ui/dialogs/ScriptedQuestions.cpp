@@ -1,0 +1,42 @@
+#include "ui/dialogs/ScriptedQuestions.h"
+
+#include "core/document/Document.h"
+
+namespace mirtex {
+
+int ScriptedQuestions::choose(QWidget *, const AskedQuestion &question, int escapeIndex)
+{
+    m_asked.push_back(question);
+    if (m_answers.empty())
+        return escapeIndex;
+    const QString answer = m_answers.front();
+    m_answers.pop_front();
+    const int index = int(question.buttons.indexOf(answer));
+    return index >= 0 ? index : escapeIndex;
+}
+
+void ScriptedQuestions::inform(QWidget *, const QString &message, const QString &informative)
+{
+    m_asked.push_back({message, informative, {QStringLiteral("OK")}});
+}
+
+std::optional<SaveDialogChoice> ScriptedQuestions::chooseSaveLocation(QWidget *,
+                                                                      Preferences &,
+                                                                      const Document &document,
+                                                                      const QString &)
+{
+    if (m_saveChoices.empty())
+        return std::nullopt;
+    const auto scripted = m_saveChoices.front();
+    m_saveChoices.pop_front();
+    if (!scripted)
+        return std::nullopt;
+    SaveDialogChoice choice{scripted->path, document.encoding(), document.lineEnding()};
+    if (auto e = TextEncoding::fromId(scripted->encodingId))
+        choice.encoding = *e;
+    if (auto l = lineEndingFromString(scripted->lineEndingId))
+        choice.lineEnding = *l;
+    return choice;
+}
+
+} // namespace mirtex

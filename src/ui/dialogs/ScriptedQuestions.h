@@ -1,0 +1,55 @@
+// Questions answered from a script instead of dialogs, for tests and the built-in self-test:
+// answers are button texts taken in order (an unknown or missing answer closes the box), save
+// locations come from their own queue, and every question is recorded.
+#pragma once
+
+#include "ui/dialogs/Questions.h"
+
+#include <deque>
+
+namespace mirtex {
+
+// A scripted save panel answer; identifiers as stored in settings ("4", "lf").
+struct SaveChoice
+{
+    QString path;
+    QString encodingId;
+    QString lineEndingId;
+};
+
+class ScriptedQuestions : public Questions
+{
+public:
+    explicit ScriptedQuestions(std::deque<QString> answers = {})
+        : m_answers(std::move(answers))
+    {}
+
+    void pushAnswer(const QString &buttonText) { m_answers.push_back(buttonText); }
+
+    // Nothing: the save panel is cancelled.
+    void pushSaveChoice(std::optional<SaveChoice> choice) { m_saveChoices.push_back(choice); }
+
+    const std::deque<AskedQuestion> &asked() const { return m_asked; }
+
+    void clearAsked() { m_asked.clear(); }
+
+    void inform(QWidget *parent, const QString &message, const QString &informative = {}) override;
+    std::optional<SaveDialogChoice> chooseSaveLocation(QWidget *parent,
+                                                       Preferences &prefs,
+                                                       const Document &document,
+                                                       const QString &title) override;
+
+    QStringList chooseFilesToOpen(QWidget *) override { return {}; }
+
+    QString chooseFolderToOpen(QWidget *) override { return {}; }
+
+protected:
+    int choose(QWidget *parent, const AskedQuestion &question, int escapeIndex) override;
+
+private:
+    std::deque<QString> m_answers;
+    std::deque<std::optional<SaveChoice>> m_saveChoices;
+    std::deque<AskedQuestion> m_asked;
+};
+
+} // namespace mirtex

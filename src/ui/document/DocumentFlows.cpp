@@ -1,0 +1,270 @@
+#include "ui/document/DocumentFlows.h"
+
+#include "core/app/Preferences.h"
+#include "core/document/FileNaming.h"
+#include "ui/dialogs/Questions.h"
+#include "ui/document/DocumentTab.h"
+#include "ui/document/MainWindow.h"
+#include "ui/editor/EditorView.h"
+
+#include <QApplication>
+#include <QFileInfo>
+
+namespace mirtex {
+
+DocumentFlows::DocumentFlows(MainWindow &window, Questions &questions)
+    : QObject(&window)
+    , m_window(window)
+    , m_prefs(window.preferences())
+    , m_questions(questions)
+{
+    connect(&m_window, &MainWindow::closeRequested, this, [this](DocumentTab *tab) {
+        closeDocument(tab);
+    });
+    connect(&m_window, &MainWindow::openRequested, this, &DocumentFlows::openPaths);
+    connect(qApp, &QApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
+        if (state == Qt::ApplicationActive)
+            checkExternalChanges();
+    });
+}
+
+LineEnding DocumentFlows::fallbackLineEnding() const
+{
+    return lineEndingFromPreference(m_prefs.defaultLineEndingID());
+}
+
+int DocumentFlows::openPaths(const QStringList &paths)
+{
+    int opened = 0;
+    for (const QString &path : paths) {
+        const QFileInfo info(path);
+        if (info.isDir()) {
+            m_window.openWorkspace(info.canonicalFilePath());
+            continue;
+        }
+        if (openPath(path))
+            ++opened;
+    }
+    return opened;
+}
+
+DocumentTab *DocumentFlows::openPath(const QString &path, std::optional<TextEncoding> forced)
+{
+    const QFileInfo info(path);
+    const QString canonical = info.canonicalFilePath();
+    if (canonical.isEmpty()) {
+        m_questions.inform(&m_window, DocumentError::unreadable(path).description());
+        return nullptr;
+    }
+    if (QFileInfo(canonical).isDir()) {
+        m_window.openWorkspace(canonical);
+        return nullptr;
+    }
+    if (auto *existing = m_window.findByPath(canonical)) {
+        m_window.selectDocument(existing);
+        return existing;
+    }
+    if (!confirmLargeFile(canonical))
+        return nullptr;
+    auto loaded = Document::read(canonical, forced, fallbackLineEnding());
+    if (!loaded) {
+        m_questions.inform(&m_window, loaded.error().description());
+        return nullptr;
+    }
+    auto *tab = new DocumentTab(
+        m_prefs, loaded->utf8, canonical, loaded->encoding, loaded->lineEnding, QString());
+    loaded->utf8 = {};
+    tab->document().setFileModificationDate(loaded->modified);
+    tab->setReadOnly(loaded->readOnly);
+    tab->detectLanguage();
+    m_window.addDocument(tab);
+    return tab;
+}
+
+bool DocumentFlows::confirmLargeFile(const QString &path)
+{
+    const qint64 size = QFileInfo(path).size();
+    if (size <= kLargeFileBytes)
+        return true;
+    return m_questions.askToOpenLargeFile(&m_window, QFileInfo(path).fileName(), size)
+           == LargeFileAnswer::open;
+}
+
+bool DocumentFlows::writeAdopting(DocumentTab *tab,
+                                  const QString &path,
+                                  std::optional<TextEncoding> encoding,
+                                  std::optional<LineEnding> ending)
+{
+    Document &doc = tab->document();
+    for (;;) {
+        auto written = doc.write(path, encoding, true, ending);
+        if (written) {
+            m_reportedMissing.remove(doc.id());
+            return true;
+        }
+        if (written.error().kind == DocumentError::Kind::unencodable) {
+            if (m_questions.offerUtf8(&m_window, written.error().encoding.label())
+                != Utf8OfferAnswer::saveInUtf8)
+                return false;
+            encoding = TextEncoding::utf8();
+            continue;
+        }
+        m_questions.inform(&m_window, written.error().description());
+        return false;
+    }
+}
+
+bool DocumentFlows::save(DocumentTab *tab)
+{
+    if (!tab)
+        return false;
+    const auto &path = tab->document().path();
+    if (!path)
+        return saveAs(tab);
+    return writeAdopting(tab, *path, std::nullopt, std::nullopt);
+}
+
+bool DocumentFlows::saveAs(DocumentTab *tab)
+{
+    if (!tab)
+        return false;
+    const auto choice
+        = m_questions.chooseSaveLocation(&m_window, m_prefs, tab->document(), tr("Salva con nome"));
+    if (!choice)
+        return false;
+    return writeAdopting(tab, choice->path, choice->encoding, choice->lineEnding);
+}
+
+bool DocumentFlows::saveCopy(DocumentTab *tab)
+{
+    if (!tab)
+        return false;
+    const auto choice = m_questions.chooseSaveLocation(
+        &m_window, m_prefs, tab->document(), tr("Salva una copia"));
+    if (!choice)
+        return false;
+    auto written = tab->document().write(choice->path, choice->encoding, false, choice->lineEnding);
+    if (!written) {
+        m_questions.inform(&m_window, written.error().description());
+        return false;
+    }
+    return true;
+}
+
+bool DocumentFlows::saveAll()
+{
+    bool all = true;
+    for (auto *tab : m_window.documents()) {
+        if (tab->document().isDirty()) {
+            m_window.selectDocument(tab);
+            all = save(tab) && all;
+        }
+    }
+    return all;
+}
+
+DocumentFlows::SaveOutcome DocumentFlows::askToSave(DocumentTab *tab)
+{
+    m_window.selectDocument(tab);
+    switch (m_questions.askToSave(&m_window, tab->document().displayName())) {
+    case SaveQuestionAnswer::save:
+        return save(tab) ? SaveOutcome::saved : SaveOutcome::cancelled;
+    case SaveQuestionAnswer::discard:
+        return SaveOutcome::discarded;
+    case SaveQuestionAnswer::cancel:
+        break;
+    }
+    return SaveOutcome::cancelled;
+}
+
+bool DocumentFlows::closeDocument(DocumentTab *tab)
+{
+    if (!tab)
+        return false;
+    if (tab->document().isDirty() && askToSave(tab) == SaveOutcome::cancelled)
+        return false;
+    m_window.discardDocument(tab);
+    return true;
+}
+
+void DocumentFlows::convertEncoding(DocumentTab *tab, TextEncoding encoding)
+{
+    tab->document().setEncoding(encoding);
+}
+
+void DocumentFlows::setLineEnding(DocumentTab *tab, LineEnding ending)
+{
+    tab->document().setLineEnding(ending);
+}
+
+void DocumentFlows::reopenWithEncoding(DocumentTab *tab, TextEncoding encoding)
+{
+    Document &doc = tab->document();
+    if (!doc.path()) {
+        convertEncoding(tab, encoding);
+        return;
+    }
+    if (doc.isDirty()) {
+        if (m_questions.askToReopen(&m_window, doc.displayName(), encoding.label())
+            != ReopenAnswer::reopen)
+            return;
+    }
+    auto loaded = Document::read(*doc.path(), encoding, fallbackLineEnding());
+    if (!loaded) {
+        m_questions.inform(&m_window, loaded.error().description());
+        return;
+    }
+    doc.reload(*loaded);
+}
+
+void DocumentFlows::checkExternalChanges()
+{
+    if (!m_prefs.checkExternalChanges() || m_isCheckingDisk)
+        return;
+    m_isCheckingDisk = true;
+    for (auto *tab : m_window.documents()) {
+        Document &doc = tab->document();
+        if (!doc.path())
+            continue;
+        if (!QFileInfo::exists(*doc.path())) {
+            if (m_reportedMissing.contains(doc.id()))
+                continue;
+            m_reportedMissing.insert(doc.id());
+            m_window.selectDocument(tab);
+            if (m_questions.askAboutMissingFile(&m_window, doc.displayName())
+                == MissingFileAnswer::close)
+                m_window.discardDocument(tab);
+            continue;
+        }
+        m_reportedMissing.remove(doc.id());
+        if (!doc.hasChangedOnDisk())
+            continue;
+        m_window.selectDocument(tab);
+        if (m_questions.askAboutChangedFile(&m_window, doc.displayName(), doc.isDirty())
+            == ChangedFileAnswer::reload) {
+            auto loaded = Document::read(*doc.path(), std::nullopt, fallbackLineEnding());
+            if (loaded)
+                doc.reload(*loaded);
+            else
+                m_questions.inform(&m_window, loaded.error().description());
+        } else {
+            // Remember the new date so that one outside change is asked about once.
+            doc.setFileModificationDate(QFileInfo(*doc.path()).lastModified());
+        }
+    }
+    m_isCheckingDisk = false;
+}
+
+void DocumentFlows::showOpenPanel()
+{
+    openPaths(m_questions.chooseFilesToOpen(&m_window));
+}
+
+void DocumentFlows::showOpenFolderPanel()
+{
+    const QString folder = m_questions.chooseFolderToOpen(&m_window);
+    if (!folder.isEmpty())
+        m_window.openWorkspace(folder);
+}
+
+} // namespace mirtex

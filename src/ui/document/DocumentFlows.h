@@ -1,0 +1,81 @@
+// What the user does with documents, with every question it takes: opening (with the large-file
+// question), saving (with the UTF-8 offer), closing with unsaved changes, reopening in or
+// converting to another encoding, and the questions about files changed by other programs.
+#pragma once
+
+#include "core/document/LineEnding.h"
+#include "core/document/TextEncoding.h"
+
+#include <QObject>
+#include <QSet>
+#include <QUuid>
+
+#include <optional>
+
+namespace mirtex {
+
+class DocumentTab;
+class MainWindow;
+class Preferences;
+class Questions;
+
+class DocumentFlows : public QObject
+{
+    Q_OBJECT
+
+public:
+    // Follows the window's close and open requests and checks the files when the application
+    // becomes active. `questions` must outlive this object.
+    DocumentFlows(MainWindow &window, Questions &questions);
+
+    MainWindow &window() const { return m_window; }
+
+    Questions &questions() const { return m_questions; }
+
+    // Opens each path as a document (a folder becomes the workspace). Returns how many documents
+    // were opened or selected.
+    int openPaths(const QStringList &paths);
+    // Opens one file; a file already open is selected instead. Nothing when refused or failed.
+    DocumentTab *openPath(const QString &path, std::optional<TextEncoding> forced = std::nullopt);
+    // The large-file question for files above the threshold: true when the file may be opened.
+    bool confirmLargeFile(const QString &path);
+
+    // Each returns whether it completed (false: failed or cancelled).
+    bool save(DocumentTab *tab);
+    bool saveAs(DocumentTab *tab);
+    bool saveCopy(DocumentTab *tab);
+    bool saveAll();
+    // Asks about unsaved changes first; "Annulla" keeps the tab.
+    bool closeDocument(DocumentTab *tab);
+    // The save question of closing and quitting.
+    enum class SaveOutcome {
+        saved,
+        discarded,
+        cancelled
+    };
+    SaveOutcome askToSave(DocumentTab *tab);
+
+    void reopenWithEncoding(DocumentTab *tab, TextEncoding encoding);
+    void convertEncoding(DocumentTab *tab, TextEncoding encoding);
+    void setLineEnding(DocumentTab *tab, LineEnding ending);
+    void checkExternalChanges();
+
+    // The open panels.
+    void showOpenPanel();
+    void showOpenFolderPanel();
+
+private:
+    bool writeAdopting(DocumentTab *tab,
+                       const QString &path,
+                       std::optional<TextEncoding> encoding,
+                       std::optional<LineEnding> ending);
+    LineEnding fallbackLineEnding() const;
+
+    MainWindow &m_window;
+    Preferences &m_prefs;
+    Questions &m_questions;
+    bool m_isCheckingDisk = false;
+    QSet<QUuid> m_reportedMissing;
+};
+
+} // namespace mirtex
