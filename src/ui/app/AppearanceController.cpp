@@ -51,8 +51,8 @@ AppearanceController::AppearanceController(Preferences &prefs, MainWindow &windo
     , m_prefs(prefs)
     , m_window(window)
 {
-    connect(&m_prefs, &Preferences::changed, this, [this](const QString &key) {
-        if (key == QLatin1String("theme"))
+    connect(&m_prefs, &Preferences::changed, this, [this](Preferences::Field field) {
+        if (field == Preferences::Field::themeID)
             apply();
     });
     qApp->installEventFilter(this);
@@ -117,8 +117,8 @@ void AppearanceController::addThemeMenu(QMenu *menu)
             m_prefs.setThemeID(id);
         });
     }
-    connect(&m_prefs, &Preferences::changed, themes, [this, group](const QString &key) {
-        if (key != QLatin1String("theme"))
+    connect(&m_prefs, &Preferences::changed, themes, [this, group](Preferences::Field field) {
+        if (field != Preferences::Field::themeID)
             return;
         for (QAction *action : group->actions())
             action->setChecked(action->data().toString() == m_prefs.themeID());

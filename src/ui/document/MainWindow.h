@@ -3,6 +3,7 @@
 // reload after an outside change). Menus are built by MainMenu; panels by their own classes.
 #pragma once
 
+#include "core/app/Preferences.h"
 #include "core/document/LineEnding.h"
 #include "core/document/TextEncoding.h"
 
@@ -116,7 +117,7 @@ private:
     void refreshTab(DocumentTab *tab);
     void refreshStatus();
     void refreshTitle();
-    void applyPreferenceChange(const QString &key);
+    void applyPreferenceChange(Preferences::Field field);
     bool writeAdopting(DocumentTab *tab,
                        const QString &path,
                        std::optional<TextEncoding> encoding,
