@@ -57,10 +57,10 @@ struct Tabs
             document.entry.scroll = i;
             document.entry.bookmarks = {1, 5, 20};
             if (i < kDirtyTabs) {
-                texts.append(sourceLikeText(kDirtyTextSize, i));
+                texts.append(sourceLikeText(kDirtyTextSize, i).toUtf8());
                 document.needsBackup = true;
                 document.changeCount = 1;
-                document.text = [this, i] { return texts[i]; };
+                document.utf8Text = [this, i] { return texts[i]; };
             }
             documents.append(document);
         }
@@ -81,7 +81,7 @@ struct Tabs
             ++documents[i].changeCount;
     }
 
-    QList<QString> texts;
+    QList<QByteArray> texts; // as the editor holds them
     QList<SessionDocument> documents;
 };
 

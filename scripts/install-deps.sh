@@ -12,6 +12,7 @@ packages=(
     libtesseract-dev tesseract-ocr-ita tesseract-ocr-eng
     libgtest-dev libgmock-dev libbenchmark-dev
     xvfb xauth fonts-dejavu-core
+    clang-format-14
 )
 
 missing=()

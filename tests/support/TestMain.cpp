@@ -1,4 +1,5 @@
-// Test entry: a Qt application object exists for the whole run, as in the program.
+// Test entry: a Qt application object exists for the whole run, as in the program. Listing the
+// tests (CTest's discovery) makes none, so it needs no display.
 #ifdef MIRTEX_UI_TESTS
 #include <QApplication>
 using TestApplication = QApplication;
@@ -9,9 +10,17 @@ using TestApplication = QCoreApplication;
 
 #include <gtest/gtest.h>
 
+#include <cstring>
+#include <optional>
+
 int main(int argc, char **argv)
 {
-    TestApplication app(argc, argv);
+    bool listing = false;
+    for (int i = 1; i < argc; ++i)
+        listing = listing || std::strcmp(argv[i], "--gtest_list_tests") == 0;
+    std::optional<TestApplication> app;
+    if (!listing)
+        app.emplace(argc, argv);
     ::testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }

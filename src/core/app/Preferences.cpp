@@ -1,5 +1,5 @@
-// The settings store: one table of keys, types and defaults, and typed readers that turn a value
-// of the wrong type into the type's zero value instead of guessing.
+// The settings store: the table of PreferenceTable.h as keys, types and defaults, and typed readers
+// that turn a value of the wrong type into the type's zero value instead of guessing.
 #include "core/app/Preferences.h"
 
 #include <QDir>
@@ -9,17 +9,28 @@
 #include <cmath>
 #include <limits>
 #include <optional>
+#include <type_traits>
 
 namespace mirtex {
 
 namespace {
 
-enum class Kind {
-    string,
-    real,
-    integer,
-    boolean
-};
+using Kind = Preferences::Kind;
+
+template<class T>
+constexpr Kind kindOf()
+{
+    if constexpr (std::is_same_v<T, QString>)
+        return Kind::string;
+    else if constexpr (std::is_same_v<T, double>)
+        return Kind::real;
+    else if constexpr (std::is_same_v<T, int>)
+        return Kind::integer;
+    else {
+        static_assert(std::is_same_v<T, bool>, "a preference is a string, a number or a flag");
+        return Kind::boolean;
+    }
+}
 
 struct FieldSpec
 {
@@ -28,46 +39,19 @@ struct FieldSpec
     QVariant defaultValue;
 };
 
-// In the order of Preferences::Field.
-const std::array<FieldSpec, 24> &fieldSpecs()
+const std::array<FieldSpec, Preferences::kFieldCount> &fieldSpecs()
 {
-    static const std::array<FieldSpec, 24> specs{{
-        {"fontName", Kind::string, QString()},
-        {"fontSize", Kind::real, 13.0},
-        {"zoom", Kind::integer, 0},
-        {"theme", Kind::string, QStringLiteral("auto")},
-        {"tabWidth", Kind::integer, 4},
-        {"useSpaces", Kind::boolean, false},
-        {"autoIndent", Kind::boolean, true},
-        {"autoClose", Kind::boolean, false},
-        {"wordWrap", Kind::boolean, false},
-        {"showLineNumbers", Kind::boolean, true},
-        {"highlightCurrentLine", Kind::boolean, true},
-        {"smartHighlight", Kind::boolean, true},
-        {"braceMatch", Kind::boolean, true},
-        {"showWhitespace", Kind::boolean, false},
-        {"showLineEndings", Kind::boolean, false},
-        {"showIndentGuides", Kind::boolean, false},
-        {"rememberSession", Kind::boolean, true},
-        {"checkExternalChanges", Kind::boolean, true},
-        {"defaultEncoding", Kind::string, QStringLiteral("4")},
-        {"defaultLineEnding", Kind::string, QStringLiteral("lf")},
-        {"showHiddenFiles", Kind::boolean, false},
-        {"showStatusBar", Kind::boolean, true},
-        {"alwaysOnTop", Kind::boolean, false},
-        {"markdownPreviewOnOpen", Kind::boolean, true},
-    }};
+#define MIRTEX_PREFERENCE_SPEC(field, setter, type, key, fallback)                                 \
+    FieldSpec{key, kindOf<type>(), QVariant::fromValue<type>(fallback)},
+    static const std::array<FieldSpec, Preferences::kFieldCount> specs{
+        {MIRTEX_PREFERENCES(MIRTEX_PREFERENCE_SPEC)}};
+#undef MIRTEX_PREFERENCE_SPEC
     return specs;
 }
 
-int fieldIndexOf(const QString &key)
+const FieldSpec &specOf(Preferences::Field field)
 {
-    const auto &specs = fieldSpecs();
-    for (std::size_t i = 0; i < specs.size(); ++i) {
-        if (key == QLatin1StringView(specs[i].key))
-            return int(i);
-    }
-    return -1;
+    return fieldSpecs()[std::size_t(field)];
 }
 
 bool isNumber(const QVariant &value)
@@ -140,7 +124,6 @@ Preferences::Preferences(const QString &settingsFilePath, QObject *parent)
     : QObject(parent)
     , m_settings(std::make_unique<QSettings>(settingsFilePath, QSettings::IniFormat))
 {
-    static_assert(kFieldCount == 24, "the field table and the enum must agree");
     readAll();
 }
 
@@ -168,37 +151,58 @@ void Preferences::readAll()
     }
 }
 
-void Preferences::set(Field field, const QVariant &value)
+QString Preferences::key(Field field)
 {
-    const FieldSpec &info = fieldSpecs()[index(field)];
+    return QLatin1StringView(specOf(field).key);
+}
+
+Preferences::Kind Preferences::kind(Field field)
+{
+    return specOf(field).kind;
+}
+
+QVariant Preferences::defaultValue(Field field)
+{
+    return specOf(field).defaultValue;
+}
+
+std::optional<Preferences::Field> Preferences::fieldForKey(const QString &key)
+{
+    const auto &specs = fieldSpecs();
+    for (std::size_t i = 0; i < specs.size(); ++i) {
+        if (key == QLatin1StringView(specs[i].key))
+            return Field(i);
+    }
+    return std::nullopt;
+}
+
+void Preferences::setValue(Field field, const QVariant &value)
+{
+    const FieldSpec &info = specOf(field);
     const QVariant typed = readAs(info.kind, value);
     if (typed == m_values[index(field)])
         return;
     m_values[index(field)] = typed;
-    const QString key = QLatin1StringView(info.key);
-    m_settings->setValue(key, typed);
-    Q_EMIT changed(key);
+    m_settings->setValue(QLatin1StringView(info.key), typed);
+    Q_EMIT changed(field);
 }
 
 QVariant Preferences::value(const QString &key, const QVariant &fallback) const
 {
-    const int field = fieldIndexOf(key);
-    if (field >= 0)
-        return m_values[field];
+    if (const auto field = fieldForKey(key))
+        return value(*field);
     return m_settings->value(key, fallback);
 }
 
 void Preferences::setValue(const QString &key, const QVariant &value)
 {
-    const int field = fieldIndexOf(key);
-    if (field >= 0) {
-        set(Field(field), value);
+    if (const auto field = fieldForKey(key)) {
+        setValue(*field, value);
         return;
     }
     if (m_settings->contains(key) && m_settings->value(key) == value)
         return;
     m_settings->setValue(key, value);
-    Q_EMIT changed(key);
 }
 
 void Preferences::sync()

@@ -2,12 +2,16 @@
 // to observers whenever one of them changes.
 #pragma once
 
+#include "core/app/PreferenceTable.h"
+
 #include <QObject>
 #include <QString>
 #include <QVariant>
 
 #include <array>
 #include <memory>
+#include <optional>
+#include <type_traits>
 
 class QSettings;
 
@@ -24,14 +28,31 @@ inline constexpr auto kToolbarHasCompare = "toolbarHasCompare";
 
 // Main thread only. Every field is read once at construction; a stored value of the wrong type
 // reads as the zero value of the field's type (empty string, 0, false), an absent one as its
-// default. A setter stores the value under its key and then emits changed(key) with the store
-// key (for example "theme" for themeID); a setter given the current value does nothing.
-// Writes reach the file lazily; sync() forces them.
+// default. A setter stores the value under the field's key and then emits changed(field); a
+// setter given the current value does nothing. Writes reach the file lazily; sync() forces them.
 class Preferences : public QObject
 {
     Q_OBJECT
 
 public:
+    // One enumerator per row of PreferenceTable.h, in its order.
+    enum class Field {
+#define MIRTEX_PREFERENCE_FIELD(field, setter, type, key, value) field,
+        MIRTEX_PREFERENCES(MIRTEX_PREFERENCE_FIELD)
+#undef MIRTEX_PREFERENCE_FIELD
+    };
+#define MIRTEX_PREFERENCE_COUNT(field, setter, type, key, value) +1
+    static constexpr int kFieldCount = 0 MIRTEX_PREFERENCES(MIRTEX_PREFERENCE_COUNT);
+#undef MIRTEX_PREFERENCE_COUNT
+
+    // The type of a field's values.
+    enum class Kind {
+        string,
+        real,
+        integer,
+        boolean
+    };
+
     // The default store: $XDG_CONFIG_HOME/Mirtex/Mirtex++.conf (~/.config when unset).
     explicit Preferences(QObject *parent = nullptr);
     // Another settings file in the same format (tests, tools).
@@ -41,105 +62,41 @@ public:
     static QString defaultSettingsFilePath();
     QString settingsFilePath() const;
 
-    QString fontName() const { return string(Field::fontName); } // empty: system monospaced
+    // What the table says of a field.
+    static QString key(Field field);
+    static Kind kind(Field field);
+    static QVariant defaultValue(Field field);
+    static std::optional<Field> fieldForKey(const QString &key);
 
-    double fontSize() const { return m_values[index(Field::fontSize)].toDouble(); } // points
+    // A field's value, of its kind's type (QString, double, int, bool).
+    QVariant value(Field field) const
+    {
+        return m_values[index(field)];
+    }
 
-    int zoom() const { return integer(Field::zoom); } // zoom steps, may be negative
+    // Stores `value` converted to the field's type, as the field's setter does.
+    void setValue(Field field, const QVariant &value);
 
-    QString themeID() const { return string(Field::themeID); } // a theme id or "auto"
+    // Setters take small values by value and strings by reference.
+    template<class T>
+    using Parameter = std::conditional_t<std::is_scalar_v<T>, T, const T &>;
 
-    int tabWidth() const { return integer(Field::tabWidth); } // columns
-
-    bool useSpaces() const { return boolean(Field::useSpaces); }
-
-    bool autoIndent() const { return boolean(Field::autoIndent); }
-
-    bool autoClose() const { return boolean(Field::autoClose); }
-
-    bool wordWrap() const { return boolean(Field::wordWrap); }
-
-    bool showLineNumbers() const { return boolean(Field::showLineNumbers); }
-
-    bool highlightCurrentLine() const { return boolean(Field::highlightCurrentLine); }
-
-    bool smartHighlight() const { return boolean(Field::smartHighlight); }
-
-    bool braceMatch() const { return boolean(Field::braceMatch); }
-
-    bool showWhitespace() const { return boolean(Field::showWhitespace); }
-
-    bool showLineEndings() const { return boolean(Field::showLineEndings); }
-
-    bool showIndentGuides() const { return boolean(Field::showIndentGuides); }
-
-    bool rememberSession() const { return boolean(Field::rememberSession); }
-
-    bool checkExternalChanges() const { return boolean(Field::checkExternalChanges); }
-
-    QString defaultEncodingID() const { return string(Field::defaultEncodingID); } // "4": UTF-8
-
-    QString defaultLineEndingID() const { return string(Field::defaultLineEndingID); }
-
-    bool showHiddenFiles() const { return boolean(Field::showHiddenFiles); }
-
-    bool showStatusBar() const { return boolean(Field::showStatusBar); }
-
-    bool alwaysOnTop() const { return boolean(Field::alwaysOnTop); }
-
-    bool markdownPreviewOnOpen() const { return boolean(Field::markdownPreviewOnOpen); }
-
-    void setFontName(const QString &value) { set(Field::fontName, value); }
-
-    void setFontSize(double value) { set(Field::fontSize, value); }
-
-    void setZoom(int value) { set(Field::zoom, value); }
-
-    void setThemeID(const QString &value) { set(Field::themeID, value); }
-
-    void setTabWidth(int value) { set(Field::tabWidth, value); }
-
-    void setUseSpaces(bool value) { set(Field::useSpaces, value); }
-
-    void setAutoIndent(bool value) { set(Field::autoIndent, value); }
-
-    void setAutoClose(bool value) { set(Field::autoClose, value); }
-
-    void setWordWrap(bool value) { set(Field::wordWrap, value); }
-
-    void setShowLineNumbers(bool value) { set(Field::showLineNumbers, value); }
-
-    void setHighlightCurrentLine(bool value) { set(Field::highlightCurrentLine, value); }
-
-    void setSmartHighlight(bool value) { set(Field::smartHighlight, value); }
-
-    void setBraceMatch(bool value) { set(Field::braceMatch, value); }
-
-    void setShowWhitespace(bool value) { set(Field::showWhitespace, value); }
-
-    void setShowLineEndings(bool value) { set(Field::showLineEndings, value); }
-
-    void setShowIndentGuides(bool value) { set(Field::showIndentGuides, value); }
-
-    void setRememberSession(bool value) { set(Field::rememberSession, value); }
-
-    void setCheckExternalChanges(bool value) { set(Field::checkExternalChanges, value); }
-
-    void setDefaultEncodingID(const QString &value) { set(Field::defaultEncodingID, value); }
-
-    void setDefaultLineEndingID(const QString &value) { set(Field::defaultLineEndingID, value); }
-
-    void setShowHiddenFiles(bool value) { set(Field::showHiddenFiles, value); }
-
-    void setShowStatusBar(bool value) { set(Field::showStatusBar, value); }
-
-    void setAlwaysOnTop(bool value) { set(Field::alwaysOnTop, value); }
-
-    void setMarkdownPreviewOnOpen(bool value) { set(Field::markdownPreviewOnOpen, value); }
+    // The typed accessor and setter of every field: fontName() and setFontName(), and so on.
+#define MIRTEX_PREFERENCE_ACCESSORS(field, setter, type, storedKey, fallback)                      \
+    type field() const                                                                             \
+    {                                                                                              \
+        return m_values[index(Field::field)].value<type>();                                        \
+    }                                                                                              \
+    void setter(Parameter<type> newValue)                                                          \
+    {                                                                                              \
+        setValue(Field::field, QVariant::fromValue<type>(newValue));                               \
+    }
+    MIRTEX_PREFERENCES(MIRTEX_PREFERENCE_ACCESSORS)
+#undef MIRTEX_PREFERENCE_ACCESSORS
 
     // Any key of the store. A field's key answers the field's typed value (its default when
     // absent); other keys answer what is stored, or fallback. setValue on a field's key goes
-    // through the field's typed setter.
+    // through the field's typed setter; on another key it stores the value without notice.
     QVariant value(const QString &key, const QVariant &fallback = {}) const;
     void setValue(const QString &key, const QVariant &value);
 
@@ -147,47 +104,15 @@ public:
     void sync();
 
 Q_SIGNALS:
-    void changed(const QString &key);
+    void changed(mirtex::Preferences::Field field);
 
 private:
-    enum class Field {
-        fontName,
-        fontSize,
-        zoom,
-        themeID,
-        tabWidth,
-        useSpaces,
-        autoIndent,
-        autoClose,
-        wordWrap,
-        showLineNumbers,
-        highlightCurrentLine,
-        smartHighlight,
-        braceMatch,
-        showWhitespace,
-        showLineEndings,
-        showIndentGuides,
-        rememberSession,
-        checkExternalChanges,
-        defaultEncodingID,
-        defaultLineEndingID,
-        showHiddenFiles,
-        showStatusBar,
-        alwaysOnTop,
-        markdownPreviewOnOpen,
-    };
-    static constexpr int kFieldCount = int(Field::markdownPreviewOnOpen) + 1;
-
-    static constexpr int index(Field field) { return int(field); }
-
-    QString string(Field field) const { return m_values[index(field)].toString(); }
-
-    int integer(Field field) const { return m_values[index(field)].toInt(); }
-
-    bool boolean(Field field) const { return m_values[index(field)].toBool(); }
+    static constexpr int index(Field field)
+    {
+        return int(field);
+    }
 
     void readAll();
-    void set(Field field, const QVariant &value);
 
     std::unique_ptr<QSettings> m_settings;
     // Each value already has its field's type.

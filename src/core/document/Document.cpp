@@ -3,6 +3,7 @@
 #include "core/document/DocumentText.h"
 #include "core/document/EncodingHint.h"
 #include "core/document/FileSaver.h"
+#include "core/document/HugePageHint.h"
 #include "core/document/PlainUtf8.h"
 #include "core/document/TextCodec.h"
 
@@ -16,39 +17,16 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#if defined(__linux__)
-#include <sys/mman.h>
-#endif
-
 namespace mirtex {
 
 namespace {
-// Asks the kernel to back a large buffer that is about to be filled with 2 MB pages: faulting
-// in a large file 4 KB at a time costs several times the copy itself (most of all in virtual
-// machines). Only advice: where transparent huge pages are off nothing changes.
-void adviseHugePages(QByteArray &buffer)
-{
-#if defined(__linux__) && defined(MADV_HUGEPAGE)
-    constexpr quintptr kHugePage = quintptr(2) << 20;
-    if (buffer.size() < qsizetype(4 * kHugePage))
-        return;
-    const auto start = reinterpret_cast<quintptr>(buffer.data());
-    const quintptr first = (start + kHugePage - 1) & ~(kHugePage - 1);
-    const quintptr last = (start + quintptr(buffer.size())) & ~(kHugePage - 1);
-    if (last > first)
-        madvise(reinterpret_cast<void *>(first), last - first, MADV_HUGEPAGE);
-#else
-    Q_UNUSED(buffer);
-#endif
-}
-
 // Reads the whole file into one buffer of its size. QIODevice::readAll grows its buffer by
 // doubling, which for a large file means a copy and up to twice the file size in memory. A file
 // that grows while it is read is read on to its end.
 std::optional<QByteArray> readWhole(QFile &file)
 {
     QByteArray bytes(file.size(), Qt::Uninitialized);
-    adviseHugePages(bytes);
+    adviseHugePages(bytes.data(), std::size_t(bytes.size()));
     qint64 filled = 0;
     while (filled < bytes.size()) {
         const qint64 got = file.read(bytes.data() + filled, bytes.size() - filled);

@@ -45,8 +45,8 @@ public:
     static std::expected<LoadedFile, DocumentError>
     read(const QString &path, std::optional<TextEncoding> forced, LineEnding fallbackEnding);
 
-    // `editor` outlives the document or is replaced through setEditor; `savedUtf8` is the text as
-    // loaded (or the initial text of a new document).
+    // `editor` outlives the document; `savedUtf8` is the text as loaded (or the initial text of a
+    // new document).
     Document(DocumentText *editor,
              QByteArray savedUtf8,
              std::optional<QString> path,

@@ -6,7 +6,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
-#include <QStringDecoder>
 
 namespace mirtex {
 
@@ -109,8 +108,8 @@ SessionWriteResult SessionStore::write(const QList<SessionDocument> &documents,
                 if (!folderMade)
                     folderMade = QDir().mkpath(QDir(m_folder).filePath(kBackupFolder));
                 QString failure;
-                const QString text = document.text ? document.text() : QString();
-                if (writeBackup(entry.id, text, &failure))
+                const QByteArray utf8 = document.utf8Text ? document.utf8Text() : QByteArray();
+                if (writeBackup(entry.id, utf8, &failure))
                     result.backedUpChangeCounts.insert(entry.id, document.changeCount);
                 else
                     fail(failure);
@@ -148,9 +147,9 @@ SessionWriteResult SessionStore::write(const QList<SessionDocument> &documents,
     return result;
 }
 
-bool SessionStore::writeBackup(const QString &id, const QString &text, QString *failure)
+bool SessionStore::writeBackup(const QString &id, const QByteArray &utf8, QString *failure)
 {
-    if (!writeAtomically(backupFilePath(id), text.toUtf8(), failure))
+    if (!writeAtomically(backupFilePath(id), utf8, failure))
         return false;
     m_backupsOnDisk->insert(id);
     return true;
@@ -192,18 +191,14 @@ std::optional<SessionState> SessionStore::load() const
     return std::nullopt;
 }
 
-std::optional<QString> SessionStore::readBackup(const QString &id) const
+std::optional<QByteArray> SessionStore::readBackup(const QString &id) const
 {
     if (!isUsableId(id))
         return std::nullopt;
-    const auto bytes = readAll(backupFilePath(id));
-    if (!bytes)
+    auto bytes = readAll(backupFilePath(id));
+    if (!bytes || !bytes->isValidUtf8())
         return std::nullopt;
-    auto decoder = QStringDecoder(QStringDecoder::Utf8);
-    QString text = decoder(*bytes);
-    if (decoder.hasError())
-        return std::nullopt;
-    return text;
+    return bytes;
 }
 
 void SessionStore::removeSessionFile()

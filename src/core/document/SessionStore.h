@@ -22,7 +22,9 @@ struct SessionDocument
     bool needsBackup = false;  // dirty, or untitled and not empty
     qint64 changeCount = 0;
     qint64 backedUpChangeCount = -1;
-    std::function<QString()> text; // the document's text (LF line breaks); used when backing up
+    // The document's text as the editor holds it (UTF-8, LF line breaks); asked for only when a
+    // backup is written, which stores exactly these bytes.
+    std::function<QByteArray()> utf8Text;
 };
 
 struct SessionWriteResult
@@ -62,15 +64,15 @@ public:
 
     // session.json, or session.json.bak when session.json is missing or does not decode.
     std::optional<SessionState> load() const;
-    // The backup text of a document; nullopt when missing, unreadable or the id is not usable
-    // as a file name.
-    std::optional<QString> readBackup(const QString &id) const;
+    // The backup text of a document, the bytes as written (UTF-8); nullopt when missing,
+    // unreadable, not well-formed UTF-8 or the id is not usable as a file name.
+    std::optional<QByteArray> readBackup(const QString &id) const;
     // Deletes session.json and its previous copy (at quit when the session is not remembered).
     // Failures are ignored.
     void removeSessionFile();
 
 private:
-    bool writeBackup(const QString &id, const QString &text, QString *failure);
+    bool writeBackup(const QString &id, const QByteArray &utf8, QString *failure);
     void rememberBackupsOnDisk();
     void removeStaleBackups(const QSet<QString> &keep);
 

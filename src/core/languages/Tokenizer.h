@@ -22,9 +22,6 @@ QList<Token> tokenizeWithJoinedExpression(const Language &language, QStringView 
 // before textLength. An empty list is valid.
 bool tokensAreValid(const QList<Token> &tokens, qint64 textLength);
 
-// The tokens that intersect range, cut to it (for painting). Tokens must be sorted.
-QList<Token> tokensIntersecting(const QList<Token> &tokens, TextRange range);
-
 // A short text mixing the constructs of every language (comments, strings, numbers, tags,
 // variables, non-BMP characters), used to check that each language yields valid tokens.
 QString mixedSampleText();

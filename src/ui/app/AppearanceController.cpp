@@ -49,8 +49,8 @@ AppearanceController::AppearanceController(Preferences &prefs, MainWindow &windo
     , m_prefs(prefs)
     , m_window(window)
 {
-    connect(&m_prefs, &Preferences::changed, this, [this](const QString &key) {
-        if (key == QLatin1String("theme"))
+    connect(&m_prefs, &Preferences::changed, this, [this](Preferences::Field field) {
+        if (field == Preferences::Field::themeID)
             apply();
     });
     qApp->installEventFilter(this);

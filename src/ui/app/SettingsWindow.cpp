@@ -58,81 +58,50 @@ SettingsWindow::SettingsWindow(Preferences &prefs, QWidget *parent)
         if (QFontDatabase::isFixedPitch(name))
             family->addItem(name, name);
     }
-    family->setCurrentIndex(std::max(0, family->findData(prefs.fontName())));
-    connect(family, &QComboBox::currentIndexChanged, this, [this, family]() {
-        m_prefs.setFontName(family->currentData().toString());
-    });
+    bind(family, Field::fontName);
     auto *size = new QDoubleSpinBox;
     size->setRange(6, 72);
     size->setDecimals(1);
-    size->setValue(prefs.fontSize());
-    connect(
-        size, &QDoubleSpinBox::valueChanged, this, [this](double v) { m_prefs.setFontSize(v); });
+    bind(size, Field::fontSize);
     fontForm->addRow(tr("Famiglia:"), family);
     fontForm->addRow(tr("Dimensione:"), size);
     layout->addWidget(fontBox);
 
     auto *editing = new QGroupBox(tr("Scrittura"));
     auto *editLayout = new QVBoxLayout(editing);
-    auto check = [this](QVBoxLayout *into,
-                        const QString &label,
-                        bool (Preferences::*get)() const,
-                        void (Preferences::*set)(bool)) {
+    auto check = [this](QVBoxLayout *into, const QString &label, Field field) {
         auto *box = new QCheckBox(label);
-        box->setChecked((m_prefs.*get)());
-        connect(box, &QCheckBox::toggled, this, [this, set](bool on) { (m_prefs.*set)(on); });
+        bind(box, field);
         into->addWidget(box);
-        return box;
     };
-    check(editLayout,
-          tr("Rientro automatico sulla nuova riga"),
-          &Preferences::autoIndent,
-          &Preferences::setAutoIndent);
-    check(editLayout,
-          tr("Chiudi automaticamente parentesi e virgolette"),
-          &Preferences::autoClose,
-          &Preferences::setAutoClose);
-    check(editLayout,
-          tr("Inserisci spazi al posto del TAB"),
-          &Preferences::useSpaces,
-          &Preferences::setUseSpaces);
+    check(editLayout, tr("Rientro automatico sulla nuova riga"), Field::autoIndent);
+    check(editLayout, tr("Chiudi automaticamente parentesi e virgolette"), Field::autoClose);
+    check(editLayout, tr("Inserisci spazi al posto del TAB"), Field::useSpaces);
     auto *tabRow = new QFormLayout;
     auto *tabWidth = new QSpinBox;
     tabWidth->setRange(1, 16);
-    tabWidth->setValue(prefs.tabWidth());
-    connect(tabWidth, &QSpinBox::valueChanged, this, [this](int v) { m_prefs.setTabWidth(v); });
+    bind(tabWidth, Field::tabWidth);
     tabRow->addRow(tr("Larghezza del TAB:"), tabWidth);
     editLayout->addLayout(tabRow);
     check(editLayout,
           tr("Evidenziazione intelligente della parola selezionata"),
-          &Preferences::smartHighlight,
-          &Preferences::setSmartHighlight);
-    check(editLayout,
-          tr("Evidenzia le parentesi corrispondenti"),
-          &Preferences::braceMatch,
-          &Preferences::setBraceMatch);
+          Field::smartHighlight);
+    check(editLayout, tr("Evidenzia le parentesi corrispondenti"), Field::braceMatch);
     layout->addWidget(editing);
 
     auto *files = new QGroupBox(tr("File e sessione"));
     auto *fileLayout = new QVBoxLayout(files);
-    auto *remember = check(fileLayout,
-                           tr("Ricorda la sessione (schede e testo non salvato) all'uscita"),
-                           &Preferences::rememberSession,
-                           &Preferences::setRememberSession);
+    check(fileLayout,
+          tr("Ricorda la sessione (schede e testo non salvato) all'uscita"),
+          Field::rememberSession);
     fileLayout->addWidget(m_sessionNote);
-    connect(remember, &QCheckBox::toggled, this, &SettingsWindow::refreshSessionNote);
     check(fileLayout,
           tr("Avvisa se un file aperto viene cambiato da un altro programma"),
-          &Preferences::checkExternalChanges,
-          &Preferences::setCheckExternalChanges);
-    check(fileLayout,
-          tr("Mostra i file e le cartelle nascosti"),
-          &Preferences::showHiddenFiles,
-          &Preferences::setShowHiddenFiles);
+          Field::checkExternalChanges);
+    check(fileLayout, tr("Mostra i file e le cartelle nascosti"), Field::showHiddenFiles);
     check(fileLayout,
           tr("Apri i file Markdown con l'anteprima accanto"),
-          &Preferences::markdownPreviewOnOpen,
-          &Preferences::setMarkdownPreviewOnOpen);
+          Field::markdownPreviewOnOpen);
     fileLayout->addWidget(
         note(tr("Ctrl+Shift+V mostra o nasconde l'anteprima; da lì puoi anche esportare in PDF.")));
     right->addWidget(files);
@@ -141,16 +110,12 @@ SettingsWindow::SettingsWindow(Preferences &prefs, QWidget *parent)
     auto *themeLayout = new QFormLayout(themeBox);
     for (const ThemeChoice &choice : Theme::choices())
         m_theme->addItem(choice.name, choice.id);
-    m_theme->setCurrentIndex(std::max(0, m_theme->findData(prefs.themeID())));
-    connect(m_theme, &QComboBox::currentIndexChanged, this, [this]() {
-        m_prefs.setThemeID(m_theme->currentData().toString());
-    });
-    connect(&m_prefs, &Preferences::changed, this, [this](const QString &key) {
-        if (key != QLatin1String("theme"))
-            return;
-        const QSignalBlocker block(m_theme);
-        m_theme->setCurrentIndex(std::max(0, m_theme->findData(m_prefs.themeID())));
-        refreshThemePreview();
+    bind(m_theme, Field::themeID);
+    connect(&m_prefs, &Preferences::changed, this, [this](Field field) {
+        if (field == Field::themeID)
+            refreshThemePreview();
+        else if (field == Field::rememberSession)
+            refreshSessionNote();
     });
     m_themePreview->setTextFormat(Qt::RichText);
     m_themePreview->setAutoFillBackground(true);
@@ -162,6 +127,42 @@ SettingsWindow::SettingsWindow(Preferences &prefs, QWidget *parent)
     layout->addStretch(1);
     right->addStretch(1);
     refreshSessionNote();
+}
+
+void SettingsWindow::bind(QWidget *widget, Field field)
+{
+    // The widget shows the field's value now and whenever it changes elsewhere (a menu, another
+    // window); what the user sets is stored at once.
+    auto show = [this, widget, field]() {
+        const QSignalBlocker block(widget);
+        const QVariant value = m_prefs.value(field);
+        if (auto *box = qobject_cast<QCheckBox *>(widget))
+            box->setChecked(value.toBool());
+        else if (auto *spin = qobject_cast<QSpinBox *>(widget))
+            spin->setValue(value.toInt());
+        else if (auto *real = qobject_cast<QDoubleSpinBox *>(widget))
+            real->setValue(value.toDouble());
+        else if (auto *combo = qobject_cast<QComboBox *>(widget))
+            combo->setCurrentIndex(std::max(0, combo->findData(value.toString())));
+    };
+    show();
+    auto store = [this, field](const QVariant &value) { m_prefs.setValue(field, value); };
+    if (auto *box = qobject_cast<QCheckBox *>(widget))
+        connect(box, &QCheckBox::toggled, this, store);
+    else if (auto *spin = qobject_cast<QSpinBox *>(widget))
+        connect(spin, &QSpinBox::valueChanged, this, store);
+    else if (auto *real = qobject_cast<QDoubleSpinBox *>(widget))
+        connect(real, &QDoubleSpinBox::valueChanged, this, store);
+    else if (auto *combo = qobject_cast<QComboBox *>(widget))
+        connect(combo, &QComboBox::currentIndexChanged, this, [store, combo]() {
+            store(combo->currentData());
+        });
+    else
+        Q_ASSERT_X(false, "SettingsWindow::bind", "no binding for this kind of widget");
+    connect(&m_prefs, &Preferences::changed, widget, [show, field](Field changed) {
+        if (changed == field)
+            show();
+    });
 }
 
 void SettingsWindow::refreshThemePreview()

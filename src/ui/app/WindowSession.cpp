@@ -46,7 +46,7 @@ void WindowSession::write(MainWindow &window)
         item.needsBackup = doc.isDirty() || (!doc.path() && editor->textLength() > 0);
         item.changeCount = doc.changeCount();
         item.backedUpChangeCount = doc.backedUpChangeCount();
-        item.text = [editor]() { return editor->text(); };
+        item.utf8Text = [editor]() { return editor->utf8Text(); };
         documents.append(std::move(item));
     }
     const SessionWriteResult result = m_store.write(
@@ -96,10 +96,8 @@ bool WindowSession::restoreEntry(DocumentFlows &flows, const SessionState::Entry
     const LineEnding ending = lineEndingFromString(entry.lineEnding).value_or(LineEnding::lf);
 
     std::optional<QByteArray> backup;
-    if (entry.hasBackup) {
-        if (const auto text = m_store.readBackup(entry.id))
-            backup = text->toUtf8();
-    }
+    if (entry.hasBackup)
+        backup = m_store.readBackup(entry.id);
     // The file on disk: the text itself, or what a backup is compared with.
     std::optional<LoadedFile> disk;
     if (entry.path && flows.confirmLargeFile(*entry.path)) {

@@ -269,17 +269,17 @@ void MainWindow::applyColors(const EditorColors &colors, bool isDark)
         doc->editor()->applyColors(*m_colors);
 }
 
-void MainWindow::applyPreferenceChange(const QString &key)
+void MainWindow::applyPreferenceChange(Preferences::Field field)
 {
-    if (key == QLatin1String("showStatusBar")) {
+    if (field == Preferences::Field::showStatusBar) {
         m_statusBar->setVisible(m_prefs.showStatusBar());
         return;
     }
-    if (key == QLatin1String("showHiddenFiles")) {
+    if (field == Preferences::Field::showHiddenFiles) {
         m_sidebar->setShowHidden(m_prefs.showHiddenFiles());
         return;
     }
-    if (key == QLatin1String("alwaysOnTop")) {
+    if (field == Preferences::Field::alwaysOnTop) {
         setWindowFlag(Qt::WindowStaysOnTopHint, m_prefs.alwaysOnTop());
         show();
         return;

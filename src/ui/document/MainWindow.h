@@ -3,6 +3,8 @@
 // registry, the menus in MainMenu; the window only shows and keeps the tabs.
 #pragma once
 
+#include "core/app/Preferences.h"
+
 #include <QMainWindow>
 
 #include <functional>
@@ -84,7 +86,7 @@ private:
     void refreshTab(DocumentTab *tab);
     void refreshStatus();
     void refreshTitle();
-    void applyPreferenceChange(const QString &key);
+    void applyPreferenceChange(Preferences::Field field);
     void removeTab(DocumentTab *tab);
 
     Preferences &m_prefs;

@@ -41,8 +41,8 @@ EditorAnnotations::EditorAnnotations(EditorView &view, Preferences &prefs)
     connect(m_afterSelection, &QTimer::timeout, this, &EditorAnnotations::runSelectionWork);
     connect(&view, &EditorView::textEdited, this, &EditorAnnotations::onEdited);
     connect(&view, &EditorView::caretMoved, this, &EditorAnnotations::onCaretMoved);
-    connect(&prefs, &Preferences::changed, this, [this](const QString &key) {
-        if (key == QLatin1String("smartHighlight") || key == QLatin1String("braceMatch"))
+    connect(&prefs, &Preferences::changed, this, [this](Preferences::Field field) {
+        if (field == Preferences::Field::smartHighlight || field == Preferences::Field::braceMatch)
             runSelectionWork();
     });
 }

@@ -98,13 +98,66 @@ TEST_F(PreferencesTest, FreshStoreYieldsTheDefaultsInTheUsersConfigFolder)
     }
 }
 
+// The table is what the pinned list says, row for row; every field stores, rereads and notifies
+// under its own key and enumerator.
+TEST_F(PreferencesTest, EveryFieldOfTheTableStoresUnderItsKeyAndNotifiesItself)
+{
+    ASSERT_EQ(Preferences::kFieldCount, defaults().size());
+    QList<Preferences::Field> notified;
+    {
+        Preferences preferences;
+        QObject::connect(&preferences, &Preferences::changed, [&](Preferences::Field field) {
+            notified.append(field);
+        });
+        for (int i = 0; i < Preferences::kFieldCount; ++i) {
+            const auto field = Preferences::Field(i);
+            const Expected &expected = defaults()[i];
+            SCOPED_TRACE(expected.key);
+            EXPECT_EQ(Preferences::key(field), QLatin1StringView(expected.key));
+            EXPECT_EQ(Preferences::fieldForKey(QString::fromLatin1(expected.key)), field);
+            EXPECT_EQ(Preferences::defaultValue(field), expected.value);
+            EXPECT_EQ(preferences.value(field), expected.value);
+            const QVariant other = [&]() -> QVariant {
+                switch (Preferences::kind(field)) {
+                case Preferences::Kind::string:
+                    EXPECT_EQ(expected.value.typeId(), QMetaType::QString);
+                    return QString(QStringLiteral("x") + QString::number(i));
+                case Preferences::Kind::real:
+                    EXPECT_EQ(expected.value.typeId(), QMetaType::Double);
+                    return 100.5 + i;
+                case Preferences::Kind::integer:
+                    EXPECT_EQ(expected.value.typeId(), QMetaType::Int);
+                    return 100 + i;
+                case Preferences::Kind::boolean:
+                    EXPECT_EQ(expected.value.typeId(), QMetaType::Bool);
+                    return !expected.value.toBool();
+                }
+                return {};
+            }();
+            preferences.setValue(field, other);
+            EXPECT_EQ(expected.getter(preferences), other);
+            ASSERT_EQ(notified.size(), i + 1);
+            EXPECT_EQ(notified.back(), field);
+        }
+        EXPECT_EQ(Preferences::fieldForKey(QStringLiteral("lastSaveDirectory")), std::nullopt);
+    }
+    const Preferences reread;
+    for (int i = 0; i < Preferences::kFieldCount; ++i) {
+        SCOPED_TRACE(defaults()[i].key);
+        EXPECT_NE(reread.value(Preferences::Field(i)), defaults()[i].value);
+        EXPECT_EQ(reread.value(QString::fromLatin1(defaults()[i].key)),
+                  reread.value(Preferences::Field(i)));
+    }
+}
+
 TEST_F(PreferencesTest, SettersStoreUnderTheirKeyAndNotifyOnlyOnChange)
 {
-    QStringList notified;
+    using Field = Preferences::Field;
+    QList<Field> notified;
     {
         Preferences preferences;
         QObject::connect(
-            &preferences, &Preferences::changed, [&](const QString &key) { notified.append(key); });
+            &preferences, &Preferences::changed, [&](Field field) { notified.append(field); });
         preferences.setTabWidth(8);
         preferences.setTabWidth(8);
         preferences.setThemeID(QStringLiteral("dracula"));
@@ -120,16 +173,15 @@ TEST_F(PreferencesTest, SettersStoreUnderTheirKeyAndNotifyOnlyOnChange)
         EXPECT_TRUE(preferences.useSpaces());
         preferences.sync();
     }
+    // Keys that are not fields are stored without notice.
     EXPECT_EQ(notified,
-              QStringList({"tabWidth",
-                           "theme",
-                           "fontSize",
-                           "rememberSession",
-                           "defaultLineEnding",
-                           "zoom",
-                           "lastSaveDirectory",
-                           "findHistory",
-                           "useSpaces"}));
+              QList<Field>({Field::tabWidth,
+                            Field::themeID,
+                            Field::fontSize,
+                            Field::rememberSession,
+                            Field::defaultLineEndingID,
+                            Field::zoom,
+                            Field::useSpaces}));
 
     const Preferences reread;
     EXPECT_EQ(reread.tabWidth(), 8);

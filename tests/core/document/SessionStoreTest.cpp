@@ -61,9 +61,9 @@ protected:
             document.needsBackup = doc.needsBackup;
             document.changeCount = doc.changeCount;
             document.backedUpChangeCount = doc.backedUp;
-            document.text = [this, text = doc.text] {
+            document.utf8Text = [this, utf8 = doc.text.toUtf8()] {
                 ++textsAsked;
-                return text;
+                return utf8;
             };
             list.append(document);
         }
@@ -120,10 +120,33 @@ TEST_F(SessionStoreTest, WritesBackupsOnlyWhenTheChangeCountMovedAndLoadsThemBac
     EXPECT_EQ(state->entries[1].path, u"/tmp/b.txt");
     EXPECT_EQ(state->selected, 1);
     EXPECT_TRUE(state->sidebarVisible);
-    EXPECT_EQ(reader.readBackup(QStringLiteral("a")), u"ciao!");
-    EXPECT_EQ(reader.readBackup(QStringLiteral("c")), u"unchanged");
+    EXPECT_EQ(reader.readBackup(QStringLiteral("a")), "ciao!");
+    EXPECT_EQ(reader.readBackup(QStringLiteral("c")), "unchanged");
     EXPECT_EQ(reader.readBackup(QStringLiteral("b")), std::nullopt);
     EXPECT_EQ(reader.readBackup(QStringLiteral("../Mirtex/session.json")), std::nullopt);
+}
+
+// A backup holds the editor's bytes as they are: a leading U+FEFF (which a UTF-8 decoder would
+// take for a byte-order mark and drop), characters outside the BMP, a NUL.
+TEST_F(SessionStoreTest, BackupsKeepTheEditorsBytesExactly)
+{
+    const QByteArray utf8 = "\xEF\xBB\xBF"
+                            "a\xF0\x9F\x98\x80"
+                            "b\n\xF0\x9D\x84\x9E"
+                            "c"
+                            + QByteArray(1, '\0') + "\xC3\xA8\n";
+    SessionStore store;
+    QList<SessionDocument> docs = documents({{"a", std::nullopt, true, 1, -1, {}}});
+    docs[0].utf8Text = [utf8] { return utf8; };
+    ASSERT_TRUE(store.write(docs, 0, {}, false).succeeded);
+    EXPECT_EQ(contents(store.backupFilePath(QStringLiteral("a"))), utf8);
+    EXPECT_EQ(SessionStore().readBackup(QStringLiteral("a")), utf8);
+
+    QFile damaged(store.backupFilePath(QStringLiteral("a")));
+    ASSERT_TRUE(damaged.open(QIODevice::WriteOnly));
+    damaged.write("ok \xC3(");
+    damaged.close();
+    EXPECT_EQ(SessionStore().readBackup(QStringLiteral("a")), std::nullopt);
 }
 
 TEST_F(SessionStoreTest, RemovesBackupsNoEntryNames)
@@ -257,8 +280,8 @@ TEST_F(SessionStoreTest, AFailedWriteLeavesTheOldFilesWholeAndIsRetried)
         EXPECT_TRUE(failed.backedUpChangeCounts.isEmpty());
         EXPECT_EQ(contents(store.sessionFilePath()), session);
         EXPECT_EQ(contents(store.sessionFilePath() + QStringLiteral(".bak")), previous);
-        EXPECT_EQ(store.readBackup(QStringLiteral("a")), u"a 2");
-        EXPECT_EQ(store.readBackup(QStringLiteral("b")), u"b"); // not removed as stale
+        EXPECT_EQ(store.readBackup(QStringLiteral("a")), "a 2");
+        EXPECT_EQ(store.readBackup(QStringLiteral("b")), "b"); // not removed as stale
         EXPECT_EQ(QDir(folder() + QStringLiteral("/backup")).entryList(QDir::Files).size(), 2);
 
         const auto retried = write(store, changed);

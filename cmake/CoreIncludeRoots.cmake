@@ -1,0 +1,41 @@
+# Core's include roots: `core/` and the headers of the Qt modules core links, and nothing else.
+# `src/` also holds `ui/`, and Qt's header root also holds QtGui, QtWidgets and Qsci, so core gets
+# neither: a folder in the build tree links only what core may see. Qt's other usage requirements
+# (definitions, options, features, the mkspecs include) are kept as Qt states them.
+function(mirtex_core_include_roots target)
+    cmake_parse_arguments(PARSE_ARGV 1 ARG "" "" "MODULES")
+    set(roots ${CMAKE_BINARY_DIR}/include-roots)
+    file(REMOVE_RECURSE ${roots})
+    file(MAKE_DIRECTORY ${roots}/mirtex ${roots}/qt)
+    file(CREATE_LINK ${CMAKE_SOURCE_DIR}/src/core ${roots}/mirtex/core SYMBOLIC)
+
+    add_library(${target} INTERFACE)
+    target_include_directories(${target} INTERFACE ${roots}/mirtex)
+    target_include_directories(${target} SYSTEM INTERFACE ${roots}/qt)
+    foreach(module IN LISTS ARG_MODULES)
+        set(qt Qt6::${module})
+        get_target_property(dirs ${qt} INTERFACE_INCLUDE_DIRECTORIES)
+        get_target_property(platformDirs Qt6::Platform INTERFACE_INCLUDE_DIRECTORIES)
+        foreach(dir IN LISTS dirs platformDirs)
+            if(IS_DIRECTORY ${dir}/Qt${module})
+                # Qt's header root: only this module's folder comes through.
+                file(CREATE_LINK ${dir}/Qt${module} ${roots}/qt/Qt${module} SYMBOLIC)
+            elseif(NOT IS_DIRECTORY ${dir}/QtCore)
+                target_include_directories(${target} SYSTEM INTERFACE ${dir})
+            endif()
+        endforeach()
+        foreach(from IN ITEMS ${qt} Qt6::Platform)
+            foreach(property IN ITEMS COMPILE_DEFINITIONS COMPILE_OPTIONS COMPILE_FEATURES)
+                get_target_property(values ${from} INTERFACE_${property})
+                if(values)
+                    set_property(TARGET ${target} APPEND PROPERTY INTERFACE_${property} ${values})
+                endif()
+            endforeach()
+        endforeach()
+        # Linked as Qt states, but without Qt's include directories.
+        target_link_libraries(${target} INTERFACE $<LINK_ONLY:${qt}>)
+    endforeach()
+    if(NOT EXISTS ${roots}/qt/QtCore)
+        message(FATAL_ERROR "Qt's header root was not found among Qt6::Core's include directories")
+    endif()
+endfunction()
