@@ -4,7 +4,7 @@
 #pragma once
 
 #include "core/document/DocumentText.h"
-#include "core/editor/TextRange.h"
+#include "core/text/TextRange.h"
 #include "core/languages/Language.h"
 #include "ui/editor/EditorColors.h"
 

@@ -3,7 +3,7 @@
 // are never saved or copied with the text.
 #pragma once
 
-#include "core/editor/TextRange.h"
+#include "core/text/TextRange.h"
 #include "core/languages/HighlightTarget.h"
 
 #include <QObject>
