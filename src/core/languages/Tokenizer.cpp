@@ -165,22 +165,6 @@ bool tokensAreValid(const QList<Token> &tokens, qint64 textLength)
     return previousEnd <= textLength;
 }
 
-QList<Token> tokensIntersecting(const QList<Token> &tokens, TextRange range)
-{
-    QList<Token> result;
-    auto it = std::upper_bound(
-        tokens.cbegin(), tokens.cend(), range.location, [](qint64 offset, const Token &token) {
-            return offset < token.end();
-        });
-    for (; it != tokens.cend() && it->location < range.end(); ++it) {
-        const qint64 start = std::max<qint64>(it->location, range.location);
-        const qint64 end = std::min<qint64>(it->end(), range.end());
-        if (end > start)
-            result.append(Token{start, end - start, it->kind});
-    }
-    return result;
-}
-
 QString mixedSampleText()
 {
     return QStringLiteral(

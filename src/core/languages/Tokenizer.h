@@ -2,9 +2,9 @@
 // Pure functions, safe on any thread (each call uses its own matcher).
 #pragma once
 
-#include "core/text/TextRange.h"
 #include "core/languages/Language.h"
 #include "core/languages/Token.h"
+#include "core/text/TextRange.h"
 
 #include <QList>
 #include <QStringView>
@@ -21,9 +21,6 @@ QList<Token> tokenizeWithJoinedExpression(const Language &language, QStringView 
 // Every token has length >= 1, starts at or after the end of the previous one and ends at or
 // before textLength. An empty list is valid.
 bool tokensAreValid(const QList<Token> &tokens, qint64 textLength);
-
-// The tokens that intersect range, cut to it (for painting). Tokens must be sorted.
-QList<Token> tokensIntersecting(const QList<Token> &tokens, TextRange range);
 
 // A short text mixing the constructs of every language (comments, strings, numbers, tags,
 // variables, non-BMP characters), used to check that each language yields valid tokens.
