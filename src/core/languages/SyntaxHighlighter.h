@@ -51,6 +51,7 @@ public:
     void beginBatch();
     void endBatch();
 
+    // Whether edits are being gathered between beginBatch and endBatch.
     bool isInBatch() const { return m_batchDepth > 0; }
 
     QList<Token> tokens() const { return m_tokens.toList(); }

@@ -26,11 +26,12 @@ public:
         m_applier.m_sci->SendScintilla(Sci::SCI_BEGINUNDOACTION);
         m_applier.m_sci->SendScintilla(Sci::SCI_ADDUNDOACTION, 2L * step, 0L);
         m_applier.m_view.highlighter().beginBatch();
+        m_applier.m_view.notices().holdDeletions(true); // a replacement is reported as one
     }
 
     ~UndoGroup()
     {
-        m_applier.m_view.flushPendingEdit();
+        m_applier.m_view.notices().holdDeletions(false); // announces what is pending
         m_applier.m_view.highlighter().endBatch();
         m_applier.m_sci->SendScintilla(Sci::SCI_ADDUNDOACTION, 2L * m_step + 1, 0L);
         m_applier.m_sci->SendScintilla(Sci::SCI_ENDUNDOACTION);

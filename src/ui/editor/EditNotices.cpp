@@ -56,6 +56,13 @@ void EditNotices::resume(qsizetype byteLength)
     m_sci->SendScintilla(Sci::SCI_SETMODEVENTMASK, m_deferred ? kDeferredMask : kImmediateMask);
 }
 
+void EditNotices::holdDeletions(bool hold)
+{
+    m_holdDeletions = hold;
+    if (!hold)
+        flush();
+}
+
 void EditNotices::onModified(int position, int type, const char *text, int length)
 {
     if (m_deferred) {
@@ -63,29 +70,49 @@ void EditNotices::onModified(int position, int type, const char *text, int lengt
         return;
     }
     if (type & Sci::SC_MOD_BEFOREDELETE) {
+        flush();
         m_pendingDeleteLocation = m_positions.toUtf16(position);
         m_pendingDeleteLength = m_positions.utf16Count(position, position + length);
         return;
     }
-    if (!(type & (Sci::SC_MOD_INSERTTEXT | Sci::SC_MOD_DELETETEXT)))
+    if (type & Sci::SC_MOD_DELETETEXT) {
+        flush();
+        if (!m_holdDeletions) {
+            report(position, 0, nullptr, m_pendingDeleteLocation, m_pendingDeleteLength);
+            return;
+        }
+        // Typing or pasting over a selection inserts right here next.
+        m_pending = PendingEdit{position, 0, m_pendingDeleteLocation, m_pendingDeleteLength};
+        QMetaObject::invokeMethod(this, &EditNotices::flush, Qt::QueuedConnection);
         return;
-    if (type & Sci::SC_MOD_INSERTTEXT)
-        reportInsertion(position, length, text);
-    else
-        reportDeletion(m_pendingDeleteLocation, m_pendingDeleteLength);
+    }
+    if (!(type & Sci::SC_MOD_INSERTTEXT))
+        return;
+    if (m_pending && m_pending->bytePosition == position) {
+        const PendingEdit deletion = *m_pending;
+        m_pending.reset();
+        report(position, length, text, deletion.utf16Location, deletion.deletedUnits);
+        return;
+    }
+    flush();
+    report(position, length, text, m_positions.toUtf16(position), 0);
 }
 
 void EditNotices::onModifiedDeferred(int position, int type, int length)
 {
     // Only the notices sent before a change (and container notices) arrive here: the previous
     // change is complete by now.
+    if (type & Sci::SC_MOD_BEFOREINSERT && m_holdDeletions && m_pending
+        && m_pending->insertedBytes == 0 && m_pending->bytePosition == position) {
+        m_pending->insertedBytes = length; // a deletion replaced by this insertion
+        return;
+    }
     flush();
     if (type & Sci::SC_MOD_BEFOREINSERT) {
-        m_pending = PendingEdit{true, position, length, 0, 0};
+        m_pending = PendingEdit{position, length, -1, 0};
     } else if (type & Sci::SC_MOD_BEFOREDELETE) {
-        m_pending = PendingEdit{false,
-                                position,
-                                length,
+        m_pending = PendingEdit{position,
+                                0,
                                 m_positions.toUtf16(position),
                                 m_positions.utf16Count(position, position + length)};
     } else {
@@ -100,29 +127,32 @@ void EditNotices::flush()
         return;
     const PendingEdit edit = *m_pending;
     m_pending.reset();
-    if (edit.insertion) {
-        const char *inserted = reinterpret_cast<const char *>(
-            m_sci->SendScintilla(Sci::SCI_GETRANGEPOINTER,
-                                 static_cast<unsigned long>(edit.bytePosition),
-                                 long(edit.byteLength)));
-        reportInsertion(edit.bytePosition, edit.byteLength, inserted);
-    } else {
-        reportDeletion(edit.utf16Location, edit.utf16Length);
-    }
+    const char *inserted = edit.insertedBytes == 0
+                               ? nullptr
+                               : reinterpret_cast<const char *>(m_sci->SendScintilla(
+                                   Sci::SCI_GETRANGEPOINTER,
+                                   static_cast<unsigned long>(edit.bytePosition),
+                                   long(edit.insertedBytes)));
+    const qsizetype location
+        = edit.utf16Location >= 0 ? edit.utf16Location : m_positions.toUtf16(edit.bytePosition);
+    report(edit.bytePosition, edit.insertedBytes, inserted, location, edit.deletedUnits);
 }
 
-void EditNotices::reportInsertion(qsizetype bytePosition, qsizetype byteLength, const char *text)
+void EditNotices::report(qsizetype bytePosition,
+                         qsizetype insertedBytes,
+                         const char *insertedText,
+                         qsizetype utf16Location,
+                         qsizetype deletedUnits)
 {
-    const TextRange inserted = m_positions.toUtf16Range(bytePosition, bytePosition + byteLength);
+    const qsizetype insertedUnits
+        = insertedBytes == 0 ? 0
+                             : m_positions.utf16Count(bytePosition, bytePosition + insertedBytes);
     // The UTF-16 snapshot follows the edit instead of being rebuilt from the whole text.
-    m_snapshot.inserted(inserted.location, text, byteLength);
-    Q_EMIT edited(inserted, inserted.length);
-}
-
-void EditNotices::reportDeletion(qsizetype utf16Location, qsizetype utf16Length)
-{
-    m_snapshot.removed(utf16Location, utf16Length);
-    Q_EMIT edited({utf16Location, 0}, -utf16Length);
+    if (deletedUnits > 0)
+        m_snapshot.removed(utf16Location, deletedUnits);
+    if (insertedBytes > 0)
+        m_snapshot.inserted(utf16Location, insertedText, insertedBytes);
+    Q_EMIT edited({utf16Location, insertedUnits}, insertedUnits - deletedUnits);
 }
 
 } // namespace mirtex

@@ -134,6 +134,7 @@ void EditorPane::focusInEvent(QFocusEvent *event)
 
 void EditorPane::keyPressEvent(QKeyEvent *event)
 {
+    Q_EMIT inputStarting();
     if (!(m_autoClose && !isReadOnly() && handleAutoClose(event)))
         QsciScintilla::keyPressEvent(event);
     Q_EMIT inputHandled();
@@ -168,15 +169,26 @@ void EditorPane::dragMoveEvent(QDragMoveEvent *event)
 
 void EditorPane::dropEvent(QDropEvent *event)
 {
-    if (carriesFiles(event->mimeData()))
+    if (carriesFiles(event->mimeData())) {
         event->ignore();
-    else
-        QsciScintilla::dropEvent(event);
+        return;
+    }
+    Q_EMIT inputStarting();
+    QsciScintilla::dropEvent(event);
+    Q_EMIT inputHandled();
 }
 
 void EditorPane::inputMethodEvent(QInputMethodEvent *event)
 {
+    Q_EMIT inputStarting();
     QsciScintilla::inputMethodEvent(event);
+    Q_EMIT inputHandled();
+}
+
+void EditorPane::paste()
+{
+    Q_EMIT inputStarting();
+    QsciScintilla::paste();
     Q_EMIT inputHandled();
 }
 

@@ -24,6 +24,8 @@ public:
     void applyPreferences(const Preferences &prefs);
     void applyColors(const EditorColors &colors);
 
+    void paste() override;
+
     // Asked for every printable key typed while auto-close is on and the pane is editable;
     // returns whether it handled the key (the rules live in core/editor/AutoClose.h).
     void setAutoCloseHandler(std::function<bool(QChar typed)> handler)
@@ -33,7 +35,8 @@ public:
 
 Q_SIGNALS:
     void focused(mirtex::EditorPane *pane);
-    // After every key or input-method event the pane handled.
+    // Around every key, input-method, drop or paste the pane handles.
+    void inputStarting();
     void inputHandled();
 
 protected:

@@ -61,7 +61,12 @@ EditorPane *EditorView::makePane()
     auto *pane = new EditorPane(m_splitter);
     m_splitter->addWidget(pane);
     pane->applyPreferences(m_prefs);
-    connect(pane, &EditorPane::inputHandled, this, &EditorView::flushPendingEdit);
+    // Typing or pasting over a selection reaches listeners as one replacement.
+    connect(pane, &EditorPane::inputStarting, this, [this]() { m_notices->holdDeletions(true); });
+    connect(pane, &EditorPane::inputHandled, this, [this]() {
+        m_notices->holdDeletions(false);
+        flushPendingEdit();
+    });
     pane->setAutoCloseHandler([this, pane](QChar typed) { return autoClose(pane, typed); });
     connect(pane, &EditorPane::focused, this, [this](EditorPane *p) {
         m_active = p;

@@ -61,6 +61,8 @@ public:
 
     const TextPositions &positions() const { return *m_positions; }
 
+    EditNotices &notices() const { return *m_notices; }
+
     EditorAnnotations &annotations() const { return *m_annotations; }
 
     SyntaxHighlighter &highlighter() const { return *m_highlighter; }
