@@ -1,7 +1,7 @@
 // Makes test failures show ranges as "[location+length]" instead of raw bytes.
 #pragma once
 
-#include "core/editor/TextRange.h"
+#include "core/text/TextRange.h"
 
 #include <ostream>
 

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "core/document/SessionState.h"
-#include "core/editor/TextRange.h"
+#include "core/text/TextRange.h"
 
 #include <QList>
 #include <QString>

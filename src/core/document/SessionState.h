@@ -1,7 +1,7 @@
 // The open tabs, the selected one and the workspace as remembered between runs, and their JSON.
 #pragma once
 
-#include "core/editor/TextRange.h"
+#include "core/text/TextRange.h"
 
 #include <QByteArray>
 #include <QJsonObject>

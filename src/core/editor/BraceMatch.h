@@ -1,7 +1,7 @@
 // Finding the bracket at the caret and its partner.
 #pragma once
 
-#include "core/editor/TextRange.h"
+#include "core/text/TextRange.h"
 
 #include <QStringView>
 

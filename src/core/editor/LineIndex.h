@@ -1,7 +1,7 @@
 // The table of line starts over one text, rebuilt lazily after edits.
 #pragma once
 
-#include "core/editor/TextRange.h"
+#include "core/text/TextRange.h"
 
 #include <QStringView>
 

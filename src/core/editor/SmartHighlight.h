@@ -1,7 +1,7 @@
 // Finding the other whole-word occurrences of the selected word ("smart" highlighting).
 #pragma once
 
-#include "core/editor/TextRange.h"
+#include "core/text/TextRange.h"
 
 #include <QString>
 #include <QStringView>

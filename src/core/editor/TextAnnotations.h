@@ -3,7 +3,7 @@
 #pragma once
 
 #include "core/editor/LineIndex.h"
-#include "core/editor/TextRange.h"
+#include "core/text/TextRange.h"
 
 #include <QStringView>
 

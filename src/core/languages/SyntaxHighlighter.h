@@ -3,10 +3,10 @@
 // ones.
 #pragma once
 
-#include "core/editor/TextRange.h"
 #include "core/languages/HighlightTarget.h"
 #include "core/languages/Language.h"
 #include "core/languages/TokenList.h"
+#include "core/text/TextRange.h"
 
 #include <QList>
 #include <QObject>
@@ -50,6 +50,9 @@ public:
     // Brackets a group of edits (multi-caret typing, replace all...) so repair happens once.
     void beginBatch();
     void endBatch();
+
+    // Whether edits are being gathered between beginBatch and endBatch.
+    bool isInBatch() const { return m_batchDepth > 0; }
 
     QList<Token> tokens() const { return m_tokens.toList(); }
 

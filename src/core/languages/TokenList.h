@@ -2,8 +2,8 @@
 // length: tokens after an edit move by adjusting a per-block offset, not each token.
 #pragma once
 
-#include "core/editor/TextRange.h"
 #include "core/languages/Token.h"
+#include "core/text/TextRange.h"
 
 #include <QList>
 

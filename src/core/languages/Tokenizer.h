@@ -2,9 +2,9 @@
 // Pure functions, safe on any thread (each call uses its own matcher).
 #pragma once
 
-#include "core/editor/TextRange.h"
 #include "core/languages/Language.h"
 #include "core/languages/Token.h"
+#include "core/text/TextRange.h"
 
 #include <QList>
 #include <QStringView>

@@ -2,7 +2,7 @@
 // instead of running the rule's long alternation at every position.
 #pragma once
 
-#include "core/editor/TextRange.h"
+#include "core/text/TextRange.h"
 
 #include <QStringList>
 #include <QStringView>

@@ -93,27 +93,16 @@ void EditorAnnotations::onEdited(TextRange editedInNewText, qsizetype changeInLe
     m_bookmarksMoved = m_bookmarksMoved || changes.bookmarks;
     if (changes.marks)
         paintRanges(kMarkIndicator, m_model.markRanges);
-    if (!m_afterEditScheduled) {
-        m_afterEditScheduled = true;
-        m_afterEdit->start();
-    } else {
-        m_afterEdit->start(); // the burst goes on: restart the quiet time
-    }
+    m_afterEdit->start(); // a burst of edits restarts the quiet time
 }
 
 void EditorAnnotations::onCaretMoved()
 {
-    if (m_selectionScheduled) {
-        m_afterSelection->start();
-        return;
-    }
-    m_selectionScheduled = true;
     m_afterSelection->start();
 }
 
 void EditorAnnotations::runAfterEdit()
 {
-    m_afterEditScheduled = false;
     if (m_bookmarksMoved) {
         m_bookmarksMoved = false;
         paintBookmarks();
@@ -123,7 +112,6 @@ void EditorAnnotations::runAfterEdit()
 
 void EditorAnnotations::runSelectionWork()
 {
-    m_selectionScheduled = false;
     m_afterSelection->stop();
     updateBraces();
     startSmartHighlight();
@@ -144,17 +132,10 @@ void EditorAnnotations::updateBraces()
     m_model.braceRanges.clear();
     if (m_prefs.braceMatch()) {
         // Only a window around the caret is read: a match farther than the scan limit is not shown.
-        const TextPositions &positions = m_view.positions();
         const qsizetype caret = m_view.caretOffset();
         const qsizetype from = std::max<qsizetype>(0, caret - kBraceScanLimit - 1);
         const qsizetype to = std::min(m_view.textLength(), caret + kBraceScanLimit + 1);
-        const qsizetype fromByte = positions.toByte(from);
-        const qsizetype toByte = positions.toByte(to);
-        const char *window = reinterpret_cast<const char *>(
-            m_view.primaryPane()->SendScintilla(Sci::SCI_GETRANGEPOINTER,
-                                                static_cast<unsigned long>(fromByte),
-                                                long(toByte - fromByte)));
-        const QString text = QString::fromUtf8(window, toByte - fromByte);
+        const QString text = m_view.positions().text({from, to - from});
         if (const auto match = matchBraces(text, caret - from)) {
             m_model.braceRanges.push_back({match->brace.location + from, match->brace.length});
             if (match->partner)
@@ -216,12 +197,11 @@ void EditorAnnotations::paintRanges(int indicator, const std::vector<TextRange> 
 void EditorAnnotations::paintBookmarks()
 {
     EditorPane *pane = m_view.primaryPane();
+    const TextPositions &positions = m_view.positions();
     pane->SendScintilla(Sci::SCI_MARKERDELETEALL, kBookmarkMarker);
-    for (const qint64 offset : m_model.bookmarkOffsets) {
-        const long line = pane->SendScintilla(
-            Sci::SCI_LINEFROMINDEXPOSITION, long(offset), long(Sci::SC_LINECHARACTERINDEX_UTF16));
-        pane->SendScintilla(Sci::SCI_MARKERADD, line, kBookmarkMarker);
-    }
+    for (const qint64 offset : m_model.bookmarkOffsets)
+        pane->SendScintilla(
+            Sci::SCI_MARKERADD, long(positions.lineOfUtf16(offset)), kBookmarkMarker);
 }
 
 void EditorAnnotations::toggleBookmark(qsizetype lineIndex)
@@ -233,10 +213,9 @@ void EditorAnnotations::toggleBookmark(qsizetype lineIndex)
 std::vector<qsizetype> EditorAnnotations::bookmarkedLines() const
 {
     std::vector<qsizetype> lines;
-    EditorPane *pane = m_view.primaryPane();
+    const TextPositions &positions = m_view.positions();
     for (const qint64 offset : m_model.bookmarkOffsets)
-        lines.push_back(pane->SendScintilla(
-            Sci::SCI_LINEFROMINDEXPOSITION, long(offset), long(Sci::SC_LINECHARACTERINDEX_UTF16)));
+        lines.push_back(positions.lineOfUtf16(offset));
     std::sort(lines.begin(), lines.end());
     lines.erase(std::unique(lines.begin(), lines.end()), lines.end());
     return lines;
@@ -246,12 +225,6 @@ void EditorAnnotations::setBookmarkedLines(const std::vector<qsizetype> &lines)
 {
     m_model.setBookmarkedLines(lines, m_view.text());
     paintBookmarks();
-}
-
-void EditorAnnotations::setMarks(std::vector<TextRange> marks)
-{
-    m_model.markRanges = std::move(marks);
-    paintRanges(kMarkIndicator, m_model.markRanges);
 }
 
 } // namespace mirtex

@@ -38,7 +38,6 @@ public:
     void toggleBookmark(qsizetype lineIndex);
     std::vector<qsizetype> bookmarkedLines() const;
     void setBookmarkedLines(const std::vector<qsizetype> &lines);
-    void setMarks(std::vector<TextRange> marks);
 
     // Forgets the after-edit work (the text was replaced wholesale).
     void textReplaced();
@@ -59,8 +58,6 @@ private:
     EditorColors m_colors;
     QTimer *m_afterEdit;
     QTimer *m_afterSelection;
-    bool m_afterEditScheduled = false;
-    bool m_selectionScheduled = false;
     bool m_bookmarksMoved = false;
     quint64 m_smartGeneration = 0;
     std::stop_source m_smartStop;

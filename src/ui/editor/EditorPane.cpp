@@ -14,31 +14,6 @@ namespace mirtex {
 
 namespace {
 
-QChar closerFor(QChar opener)
-{
-    switch (opener.unicode()) {
-    case u'(':
-        return u')';
-    case u'[':
-        return u']';
-    case u'{':
-        return u'}';
-    case u'"':
-        return u'"';
-    case u'\'':
-        return u'\'';
-    case u'`':
-        return u'`';
-    default:
-        return {};
-    }
-}
-
-bool isQuote(QChar c)
-{
-    return c == u'"' || c == u'\'' || c == u'`';
-}
-
 // While no assistive technology listens, panes get Qt's plain widget interface instead of
 // QScintilla's, which counts the characters from the start of the text up to the caret after
 // every caret move and edit (hundreds of milliseconds deep in a 100 MB file).
@@ -159,6 +134,7 @@ void EditorPane::focusInEvent(QFocusEvent *event)
 
 void EditorPane::keyPressEvent(QKeyEvent *event)
 {
+    Q_EMIT inputStarting();
     if (!(m_autoClose && !isReadOnly() && handleAutoClose(event)))
         QsciScintilla::keyPressEvent(event);
     Q_EMIT inputHandled();
@@ -193,62 +169,35 @@ void EditorPane::dragMoveEvent(QDragMoveEvent *event)
 
 void EditorPane::dropEvent(QDropEvent *event)
 {
-    if (carriesFiles(event->mimeData()))
+    if (carriesFiles(event->mimeData())) {
         event->ignore();
-    else
-        QsciScintilla::dropEvent(event);
+        return;
+    }
+    Q_EMIT inputStarting();
+    QsciScintilla::dropEvent(event);
+    Q_EMIT inputHandled();
 }
 
 void EditorPane::inputMethodEvent(QInputMethodEvent *event)
 {
+    Q_EMIT inputStarting();
     QsciScintilla::inputMethodEvent(event);
+    Q_EMIT inputHandled();
+}
+
+void EditorPane::paste()
+{
+    Q_EMIT inputStarting();
+    QsciScintilla::paste();
     Q_EMIT inputHandled();
 }
 
 bool EditorPane::handleAutoClose(QKeyEvent *event)
 {
-    if (event->text().size() != 1 || (event->modifiers() & (Qt::ControlModifier | Qt::AltModifier)))
+    if (!m_autoCloseHandler || event->text().size() != 1
+        || (event->modifiers() & (Qt::ControlModifier | Qt::AltModifier)))
         return false;
-    const QChar typed = event->text().front();
-    const long caret = SendScintilla(SCI_GETCURRENTPOS);
-    const int next = int(SendScintilla(SCI_GETCHARAT, caret));
-    const bool hasSelection = SendScintilla(SCI_GETSELECTIONEMPTY) == 0;
-    const bool singleSelection = SendScintilla(SCI_GETSELECTIONS) == 1;
-    if (!singleSelection)
-        return false;
-
-    // Typing the closer that auto-close put right after the caret steps over it.
-    if (!hasSelection && (typed == u')' || typed == u']' || typed == u'}' || isQuote(typed))
-        && next == typed.unicode()) {
-        SendScintilla(SCI_GOTOPOS, caret + 1);
-        return true;
-    }
-    const QChar closer = closerFor(typed);
-    if (closer.isNull())
-        return false;
-    if (hasSelection) {
-        const long from = SendScintilla(SCI_GETSELECTIONSTART);
-        const long to = SendScintilla(SCI_GETSELECTIONEND);
-        beginUndoAction();
-        SendScintilla(SCI_INSERTTEXT, to, QString(closer).toUtf8().constData());
-        SendScintilla(SCI_INSERTTEXT, from, QString(typed).toUtf8().constData());
-        SendScintilla(SCI_SETSEL, from + 1, to + 1);
-        endUndoAction();
-        return true;
-    }
-    // A quote next to a word character is an apostrophe or a closing quote: no pair.
-    if (isQuote(typed)) {
-        const int prev = caret > 0 ? int(SendScintilla(SCI_GETCHARAT, caret - 1)) : 0;
-        if ((prev > 0 && prev < 128 && (QChar(prev).isLetterOrNumber() || prev == '_'))
-            || (next > 0 && next < 128 && QChar(next).isLetterOrNumber()))
-            return false;
-    }
-    beginUndoAction();
-    const QByteArray pair = QString(QString(typed) + closer).toUtf8();
-    SendScintilla(SCI_REPLACESEL, pair.constData());
-    SendScintilla(SCI_GOTOPOS, caret + 1);
-    endUndoAction();
-    return true;
+    return m_autoCloseHandler(event->text().front());
 }
 
 } // namespace mirtex

@@ -4,6 +4,7 @@
 
 #include <Qsci/qsciscintilla.h>
 
+#include <functional>
 #include <memory>
 
 namespace mirtex {
@@ -23,11 +24,19 @@ public:
     void applyPreferences(const Preferences &prefs);
     void applyColors(const EditorColors &colors);
 
-    void setAutoClose(bool on) { m_autoClose = on; }
+    void paste() override;
+
+    // Asked for every printable key typed while auto-close is on and the pane is editable;
+    // returns whether it handled the key (the rules live in core/editor/AutoClose.h).
+    void setAutoCloseHandler(std::function<bool(QChar typed)> handler)
+    {
+        m_autoCloseHandler = std::move(handler);
+    }
 
 Q_SIGNALS:
     void focused(mirtex::EditorPane *pane);
-    // After every key or input-method event the pane handled.
+    // Around every key, input-method, drop or paste the pane handles.
+    void inputStarting();
     void inputHandled();
 
 protected:
@@ -46,6 +55,7 @@ private:
 
     std::unique_ptr<EditorColors> m_colors;
     bool m_autoClose = false;
+    std::function<bool(QChar)> m_autoCloseHandler;
     bool m_showLineNumbers = true;
 };
 

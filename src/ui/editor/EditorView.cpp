@@ -1,10 +1,13 @@
 #include "ui/editor/EditorView.h"
 
 #include "core/app/Preferences.h"
+#include "core/editor/AutoClose.h"
 #include "core/languages/SyntaxHighlighter.h"
+#include "ui/editor/EditBatchApplier.h"
 #include "ui/editor/EditorAnnotations.h"
 #include "ui/editor/EditorPane.h"
 #include "ui/editor/PaneHighlightTarget.h"
+#include "ui/editor/PaneSelections.h"
 #include "ui/editor/ScintillaDocuments.h"
 #include "ui/editor/TextPositions.h"
 
@@ -36,13 +39,10 @@ EditorView::EditorView(Preferences &prefs, QWidget *parent)
     m_primary = makePane();
     m_active = m_primary;
     m_positions = std::make_unique<TextPositions>(m_primary);
-    connect(
-        m_primary,
-        &Sci::SCN_MODIFIED,
-        this,
-        [this](int position, int type, const char *text, int length, int, int, int, int, int, int) {
-            onModified(position, type, text, length);
-        });
+    m_notices = new EditNotices(m_primary, *m_positions, m_snapshot, this);
+    connect(m_notices, &EditNotices::edited, this, &EditorView::textEdited);
+    connect(m_notices, &EditNotices::edited, this, &EditorView::followLineCount);
+    m_applier = new EditBatchApplier(*this);
     m_highlighter = new SyntaxHighlighter(nullptr, Language::text(), this);
     m_primaryTarget = new PaneHighlightTarget(*this, m_primary, *m_highlighter);
     m_highlighter->attach(m_primaryTarget);
@@ -61,7 +61,13 @@ EditorPane *EditorView::makePane()
     auto *pane = new EditorPane(m_splitter);
     m_splitter->addWidget(pane);
     pane->applyPreferences(m_prefs);
-    connect(pane, &EditorPane::inputHandled, this, &EditorView::flushPendingEdit);
+    // Typing or pasting over a selection reaches listeners as one replacement.
+    connect(pane, &EditorPane::inputStarting, this, [this]() { m_notices->holdDeletions(true); });
+    connect(pane, &EditorPane::inputHandled, this, [this]() {
+        m_notices->holdDeletions(false);
+        flushPendingEdit();
+    });
+    pane->setAutoCloseHandler([this, pane](QChar typed) { return autoClose(pane, typed); });
     connect(pane, &EditorPane::focused, this, [this](EditorPane *p) {
         m_active = p;
         Q_EMIT caretMoved();
@@ -87,13 +93,12 @@ EditorPane *EditorView::activePane() const
 
 void EditorView::loadText(const QByteArray &utf8)
 {
-    m_loading = true;
-    // The first text goes in unobserved: QScintilla's accessibility notice of an insertion
-    // converts the whole inserted text to UTF-16 and counts characters up to it, and the undo
-    // history would copy it, only to be emptied. Room for some typing is reserved up front, so
-    // that the first keystroke does not reallocate the whole buffer.
-    const long eventMask = m_primary->SendScintilla(Sci::SCI_GETMODEVENTMASK);
-    m_primary->SendScintilla(Sci::SCI_SETMODEVENTMASK, 0L);
+    // The one change of the text that is not an edit, so it does not go through the applier: the
+    // first text goes in unobserved and leaves no undo history. QScintilla's accessibility notice
+    // of an insertion converts the whole inserted text to UTF-16 and counts characters up to it,
+    // and the undo history would copy it, only to be emptied. Room for some typing is reserved up
+    // front, so that the first keystroke does not reallocate the whole buffer.
+    m_notices->suspend();
     m_primary->SendScintilla(Sci::SCI_SETUNDOCOLLECTION, 0L);
     m_primary->SendScintilla(Sci::SCI_CLEARALL);
     if (utf8.size() > kUnstyledAboveBytes) {
@@ -106,93 +111,48 @@ void EditorView::loadText(const QByteArray &utf8)
     m_primary->SendScintilla(
         Sci::SCI_APPENDTEXT, static_cast<unsigned long>(utf8.size()), utf8.constData());
     m_primary->SendScintilla(Sci::SCI_SETUNDOCOLLECTION, 1L);
-    // QScintilla's accessibility notice after each change counts the characters from the start
-    // of the text up to it: about 4 ns a byte. Large texts therefore only ask for the notices sent
-    // before a change, and report each change right after it (next notice, end of the input
-    // event, or the next event-loop turn).
-    m_deferEdits = utf8.size() > kDeferredEditsAboveBytes;
-    m_primary->SendScintilla(
-        Sci::SCI_SETMODEVENTMASK,
-        m_deferEdits ? long(Sci::SC_MOD_BEFOREINSERT | Sci::SC_MOD_BEFOREDELETE) : eventMask);
+    m_notices->resume(utf8.size());
     // What the pane would have announced had it seen the insertion (the gutter width follows).
     Q_EMIT m_primary->textChanged();
     Q_EMIT m_primary->linesChanged();
     m_primary->SendScintilla(Sci::SCI_EMPTYUNDOBUFFER);
     m_primary->SendScintilla(Sci::SCI_SETSAVEPOINT);
     m_primary->SendScintilla(Sci::SCI_GOTOPOS, 0L);
-    ++m_revision;
-    m_loading = false;
+    m_applier->forgetHistory();
 }
 
-void EditorView::onModified(int position, int type, const char *text, int length)
+bool EditorView::applyBatch(const EditBatch &batch)
 {
-    if (m_deferEdits) {
-        onModifiedDeferred(position, type, length);
-        return;
-    }
-    if (type & Sci::SC_MOD_BEFOREDELETE) {
-        m_pendingDeleteLocation = m_positions->toUtf16(position);
-        m_pendingDeleteLength = m_positions->utf16Count(position, position + length);
-        return;
-    }
-    if (!(type & (Sci::SC_MOD_INSERTTEXT | Sci::SC_MOD_DELETETEXT)))
-        return;
-    if (type & Sci::SC_MOD_INSERTTEXT)
-        reportInsertion(position, length, text);
-    else
-        reportDeletion(m_pendingDeleteLocation, m_pendingDeleteLength);
+    return m_applier->apply(batch, m_active);
 }
 
-void EditorView::onModifiedDeferred(int position, int type, int length)
+QString EditorView::undoLabel() const
 {
-    // Only the notices sent before a change arrive here: the previous change is complete by now.
-    flushPendingEdit();
-    if (type & Sci::SC_MOD_BEFOREINSERT) {
-        m_pendingEdit = PendingEdit{true, position, length, 0, 0};
-    } else if (type & Sci::SC_MOD_BEFOREDELETE) {
-        m_pendingEdit = PendingEdit{false,
-                                    position,
-                                    length,
-                                    m_positions->toUtf16(position),
-                                    m_positions->utf16Count(position, position + length)};
-    } else {
-        return;
-    }
-    QMetaObject::invokeMethod(this, &EditorView::flushPendingEdit, Qt::QueuedConnection);
+    return m_applier->undoLabel();
 }
 
-void EditorView::flushPendingEdit()
+QString EditorView::redoLabel() const
 {
-    if (!m_pendingEdit)
-        return;
-    const PendingEdit edit = *m_pendingEdit;
-    m_pendingEdit.reset();
-    if (edit.insertion) {
-        const char *inserted = reinterpret_cast<const char *>(
-            m_primary->SendScintilla(Sci::SCI_GETRANGEPOINTER,
-                                     static_cast<unsigned long>(edit.bytePosition),
-                                     long(edit.byteLength)));
-        reportInsertion(edit.bytePosition, edit.byteLength, inserted);
-    } else {
-        reportDeletion(edit.utf16Location, edit.utf16Length);
-    }
+    return m_applier->redoLabel();
 }
 
-void EditorView::reportInsertion(qsizetype bytePosition, qsizetype byteLength, const char *text)
+bool EditorView::autoClose(EditorPane *pane, QChar typed)
 {
-    // The UTF-16 snapshot follows the edit instead of being rebuilt from the whole text.
-    const bool snapshotValid = m_cachedRevision == m_revision;
-    ++m_revision;
-    if (m_loading)
-        return;
-    const qsizetype location = m_positions->toUtf16(bytePosition);
-    const qsizetype inserted = m_positions->utf16Count(bytePosition, bytePosition + byteLength);
-    if (snapshotValid && text) {
-        m_cachedText.insert(location, QString::fromUtf8(text, byteLength));
-        m_cachedRevision = m_revision;
+    // Scintilla types into rectangular and multiple selections itself.
+    if (pane->SendScintilla(Sci::SCI_GETSELECTIONS) != 1)
+        return false;
+    const std::optional<EditBatch> batch
+        = autoCloseEdit(typed, readSelections(pane, *m_positions), [this](qsizetype offset) {
+              return m_positions->unitAt(offset);
+          });
+    if (!batch)
+        return false;
+    if (batch->isEmpty()) { // stepping over a closer moves the caret only
+        writeSelections(pane, *m_positions, batch->selectionsAfter);
+        pane->SendScintilla(Sci::SCI_SCROLLCARET);
+        return true;
     }
-    Q_EMIT textEdited({location, inserted}, inserted);
-    followLineCount();
+    return m_applier->apply(*batch, pane);
 }
 
 void EditorView::followLineCount()
@@ -206,20 +166,6 @@ void EditorView::followLineCount()
     Q_EMIT m_primary->linesChanged();
     if (m_secondary)
         Q_EMIT m_secondary->linesChanged();
-}
-
-void EditorView::reportDeletion(qsizetype utf16Location, qsizetype utf16Length)
-{
-    const bool snapshotValid = m_cachedRevision == m_revision;
-    ++m_revision;
-    if (m_loading)
-        return;
-    if (snapshotValid) {
-        m_cachedText.remove(utf16Location, utf16Length);
-        m_cachedRevision = m_revision;
-    }
-    Q_EMIT textEdited({utf16Location, 0}, -utf16Length);
-    followLineCount();
 }
 
 void EditorView::setLanguage(LanguagePtr language)
@@ -252,6 +198,7 @@ void EditorView::setSplit(std::optional<Qt::Orientation> orientation)
     m_secondaryTarget = new PaneHighlightTarget(*this, m_secondary, *m_highlighter);
     m_highlighter->attach(m_secondaryTarget);
     m_secondaryTarget->paintTokens(*m_highlighter);
+    m_applier->watchPane(m_secondary);
     m_secondary->setReadOnly(!m_editable);
     m_secondary->SendScintilla(Sci::SCI_SETMODEVENTMASK,
                                0L); // edits are reported by the first pane
@@ -281,6 +228,16 @@ void EditorView::setSelection(TextRange range)
     const qsizetype to = std::clamp<qsizetype>(range.end(), from, length);
     m_active->SendScintilla(
         Sci::SCI_SETSEL, long(m_positions->toByte(from)), long(m_positions->toByte(to)));
+}
+
+Selections EditorView::selections() const
+{
+    return readSelections(m_active, *m_positions);
+}
+
+void EditorView::setSelections(const Selections &selections)
+{
+    writeSelections(m_active, *m_positions, selections);
 }
 
 qsizetype EditorView::caretOffset() const
@@ -340,20 +297,21 @@ void EditorView::applyColors(const EditorColors &colors)
 
 std::optional<QString> EditorView::readySnapshot() const
 {
-    if (m_pendingEdit || m_cachedRevision != m_revision)
+    if (m_notices->hasPending())
         return std::nullopt;
-    return m_cachedText;
+    return m_snapshot.ready();
 }
 
 QString EditorView::text() const
 {
     // A change not yet reported must reach the snapshot (and its listeners) first.
-    const_cast<EditorView *>(this)->flushPendingEdit();
-    if (m_cachedRevision != m_revision) {
-        m_cachedText = QString::fromUtf8(utf8Text());
-        m_cachedRevision = m_revision;
-    }
-    return m_cachedText;
+    m_notices->flush();
+    return m_snapshot.get([this]() { return utf8Text(); });
+}
+
+void EditorView::flushPendingEdit()
+{
+    m_notices->flush();
 }
 
 QByteArray EditorView::utf8Text() const
@@ -398,11 +356,7 @@ void EditorView::replaceText(const QByteArray &utf8)
 {
     const bool wasReadOnly = m_primary->isReadOnly();
     m_primary->setReadOnly(false);
-    m_primary->beginUndoAction();
-    m_primary->SendScintilla(Sci::SCI_CLEARALL);
-    m_primary->SendScintilla(
-        Sci::SCI_APPENDTEXT, static_cast<unsigned long>(utf8.size()), utf8.constData());
-    m_primary->endUndoAction();
+    m_applier->replaceAll(utf8);
     m_primary->setReadOnly(wasReadOnly);
     m_annotations->textReplaced();
 }

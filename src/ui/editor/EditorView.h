@@ -1,12 +1,16 @@
 // The editor of one tab: one Scintilla document shown by one or two panes (a split shares text
-// and undo). It is the document's text, reports every edit in UTF-16 terms, and applies the
-// preferences and colours to its panes. Main thread only.
+// and undo). It is the document's text, reports every edit in UTF-16 terms, edits the text only
+// through its EditBatchApplier (and loadText), and applies the preferences and colours to its
+// panes. Main thread only.
 #pragma once
 
 #include "core/document/DocumentText.h"
-#include "core/editor/TextRange.h"
 #include "core/languages/Language.h"
+#include "core/text/EditBatch.h"
+#include "core/text/TextRange.h"
+#include "ui/editor/EditNotices.h"
 #include "ui/editor/EditorColors.h"
+#include "ui/editor/TextSnapshotCache.h"
 
 #include <QWidget>
 
@@ -17,6 +21,7 @@ class QSplitter;
 
 namespace mirtex {
 
+class EditBatchApplier;
 class EditorAnnotations;
 class PaneHighlightTarget;
 class SyntaxHighlighter;
@@ -32,13 +37,17 @@ public:
     EditorView(Preferences &prefs, QWidget *parent = nullptr);
     ~EditorView() override;
 
-    // Texts above this size report their edits just after they happen (see loadText).
-    static constexpr qsizetype kDeferredEditsAboveBytes = 2'000'000;
+    // Texts above this size report their edits just after they happen (see EditNotices).
+    static constexpr qsizetype kDeferredEditsAboveBytes = EditNotices::kDeferredAboveBytes;
 
     // Puts the initial text in: no edit is reported and the undo history starts empty.
     void loadText(const QByteArray &utf8);
 
-    bool isLoading() const { return m_loading; }
+    // Applies a command's edit as one undo step in the active pane (see EditBatchApplier::apply).
+    bool applyBatch(const EditBatch &batch);
+    // Labels of the next undo and redo steps; empty for unnamed steps (typing).
+    QString undoLabel() const;
+    QString redoLabel() const;
 
     EditorPane *primaryPane() const { return m_primary; }
 
@@ -52,6 +61,8 @@ public:
 
     const TextPositions &positions() const { return *m_positions; }
 
+    EditNotices &notices() const { return *m_notices; }
+
     EditorAnnotations &annotations() const { return *m_annotations; }
 
     SyntaxHighlighter &highlighter() const { return *m_highlighter; }
@@ -62,6 +73,9 @@ public:
     // The active pane's main selection and caret, in UTF-16 units.
     TextRange selection() const;
     void setSelection(TextRange range);
+    // Every selection of the active pane.
+    Selections selections() const;
+    void setSelections(const Selections &selections);
     qsizetype selectionLength() const;
     qsizetype caretOffset() const; // UTF-16
     int caretLineNumber() const;   // from 1
@@ -98,21 +112,8 @@ Q_SIGNALS:
     void zoomChanged(int zoomStep);
 
 private:
-    void onModified(int position, int type, const char *text, int length);
-    void onModifiedDeferred(int position, int type, int length);
-    void reportInsertion(qsizetype bytePosition, qsizetype byteLength, const char *text);
-    void reportDeletion(qsizetype utf16Location, qsizetype utf16Length);
     void followLineCount();
-
-    struct PendingEdit
-    {
-        bool insertion = true;
-        qsizetype bytePosition = 0;
-        qsizetype byteLength = 0;
-        qsizetype utf16Location = 0; // deletions: measured before the text goes
-        qsizetype utf16Length = 0;
-    };
-
+    bool autoClose(EditorPane *pane, QChar typed);
     EditorPane *makePane();
 
     Preferences &m_prefs;
@@ -121,21 +122,16 @@ private:
     EditorPane *m_secondary = nullptr;
     EditorPane *m_active;
     std::unique_ptr<TextPositions> m_positions;
+    mutable TextSnapshotCache m_snapshot;
+    EditNotices *m_notices = nullptr;
+    EditBatchApplier *m_applier = nullptr;
     EditorAnnotations *m_annotations = nullptr;
     SyntaxHighlighter *m_highlighter = nullptr;
     PaneHighlightTarget *m_primaryTarget = nullptr;
     PaneHighlightTarget *m_secondaryTarget = nullptr;
     EditorColors m_colors;
-    bool m_loading = false;
-    bool m_deferEdits = false;
     long m_lineCount = 1;
-    std::optional<PendingEdit> m_pendingEdit;
     bool m_editable = true;
-    qsizetype m_pendingDeleteLocation = 0;
-    qsizetype m_pendingDeleteLength = 0;
-    quint64 m_revision = 0;
-    mutable quint64 m_cachedRevision = ~quint64(0);
-    mutable QString m_cachedText;
 };
 
 } // namespace mirtex

@@ -47,9 +47,7 @@ TextRange PaneHighlightTarget::visibleRange() const
         = m_pane->SendScintilla(Sci::SCI_DOCLINEFROMVISIBLE, firstDisplayLine + linesOnScreen + 1);
     const long fromByte = m_pane->SendScintilla(Sci::SCI_POSITIONFROMLINE, firstLine);
     const long toByte = m_pane->SendScintilla(Sci::SCI_GETLINEENDPOSITION, lastLine);
-    const TextPositions &positions = m_view.positions();
-    const qsizetype from = positions.toUtf16(fromByte);
-    return {from, positions.toUtf16(toByte) - from};
+    return m_view.positions().toUtf16Range(fromByte, toByte);
 }
 
 void PaneHighlightTarget::paintTokens(const SyntaxHighlighter &highlighter)
@@ -75,26 +73,14 @@ void PaneHighlightTarget::paintTokens(const SyntaxHighlighter &highlighter)
         return;
 
     // Tokens come sorted, so one forward walk over the painted bytes converts every boundary.
-    const auto *bytes = reinterpret_cast<const unsigned char *>(m_pane->SendScintilla(
-        Sci::SCI_GETRANGEPOINTER, static_cast<unsigned long>(fromByte), toByte - fromByte));
-    long cursorByte = 0;
-    qsizetype cursorUnit = paint.location;
-    auto byteAt = [&](qsizetype unit) {
-        while (cursorUnit < unit && fromByte + cursorByte < toByte) {
-            const unsigned char lead = bytes[cursorByte];
-            const int size = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-            cursorByte += size;
-            cursorUnit += size == 4 ? 2 : 1;
-        }
-        return fromByte + cursorByte;
-    };
+    TextPositions::ForwardWalk walk = positions.walk(fromByte, toByte);
     for (const Token &token : highlighter.tokensIn(paint)) {
         const qsizetype start = std::max<qsizetype>(token.location, paint.location);
         const qsizetype end = std::min<qsizetype>(token.end(), paint.end());
         if (end <= start)
             continue;
-        const long startByte = byteAt(start);
-        const long endByte = byteAt(end);
+        const long startByte = long(walk.byteAt(start));
+        const long endByte = long(walk.byteAt(end));
         m_pane->SendScintilla(Sci::SCI_STARTSTYLING, startByte, 0L);
         m_pane->SendScintilla(
             Sci::SCI_SETSTYLING, endByte - startByte, long(kFirstTokenStyle + int(token.kind)));

@@ -3,8 +3,8 @@
 // are never saved or copied with the text.
 #pragma once
 
-#include "core/editor/TextRange.h"
 #include "core/languages/HighlightTarget.h"
+#include "core/text/TextRange.h"
 
 #include <QObject>
 

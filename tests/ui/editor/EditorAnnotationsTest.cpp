@@ -8,6 +8,7 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QKeyEvent>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -66,4 +67,39 @@ TEST(EditorAnnotations, SelectedWordBracesAndBookmarksAreDrawnInBothPanes)
     EXPECT_EQ(view.annotations().bookmarkedLines(), std::vector<qsizetype>{2});
     EXPECT_EQ(second->SendScintilla(Sci::SCI_MARKERGET, 2L) != 0, true);
     EXPECT_EQ(second->SendScintilla(Sci::SCI_MARKERGET, 1L), 0);
+}
+
+// Typing over a selection or an edit batch replaces text: a bookmark inside the replaced text goes
+// to the edit's start, like any replacement, not behind the new text.
+TEST(EditorAnnotations, BookmarkInsideReplacedTextGoesToTheEditStart)
+{
+    QTemporaryDir dir;
+    Preferences prefs(dir.filePath(QStringLiteral("p.conf")));
+
+    const struct
+    {
+        TextRange selection;
+        QString typed; // a key, or several characters put in by an edit batch
+        qint64 bookmark;
+    } cases[] = {
+        {{2, 4}, QStringLiteral("X"), 2}, // the bookmarked line's start is replaced
+        {{4, 2}, QStringLiteral("Z"), 4}, // the replacement starts at the bookmark
+        {{1, 2}, QStringLiteral("Q"), 3}, // before the bookmark: it shifts
+        {{2, 4}, QStringLiteral("X\nY\n"), 2},
+    };
+
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.typed.toStdString());
+        EditorView view(prefs);
+        view.loadText("abc\ndef\n");
+        view.annotations().setBookmarkedLines({1}); // offset 4
+        view.setSelection(c.selection);
+        if (c.typed.size() == 1) {
+            QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, c.typed);
+            QApplication::sendEvent(view.primaryPane(), &press);
+        } else {
+            ASSERT_TRUE(view.applyBatch({{{c.selection, c.typed}}, {}, {}}));
+        }
+        EXPECT_EQ(view.annotations().model().bookmarkOffsets, std::vector<qint64>{c.bookmark});
+    }
 }

@@ -1,4 +1,4 @@
-#include "core/editor/TextRange.h"
+#include "core/text/TextRange.h"
 
 #include <gtest/gtest.h>
 
