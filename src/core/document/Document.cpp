@@ -189,7 +189,7 @@ void Document::updateDirty()
 void Document::markSaved()
 {
     if (m_editor)
-        m_savedUtf8 = m_editor->utf8Text();
+        m_savedUtf8 = m_editor->savedUtf8Text();
     m_formatChanged = false;
     m_dirty = false;
     if (onStateChange)

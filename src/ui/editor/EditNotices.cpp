@@ -44,6 +44,7 @@ void EditNotices::suspend()
     flush();
     m_sci->SendScintilla(Sci::SCI_SETMODEVENTMASK, 0L);
     m_snapshot.invalidate();
+    m_unchanged.forget();
 }
 
 void EditNotices::resume(qsizetype byteLength)
@@ -63,8 +64,23 @@ void EditNotices::holdDeletions(bool hold)
         flush();
 }
 
+void EditNotices::followUnchangedEnds(int position, int type, int length)
+{
+    // Immediate notices come after a change, deferred ones before it.
+    const auto textLength = qsizetype(m_sci->SendScintilla(Sci::SCI_GETLENGTH));
+    if (type & Sci::SC_MOD_INSERTTEXT)
+        m_unchanged.edited(position, length, textLength);
+    else if (type & Sci::SC_MOD_DELETETEXT)
+        m_unchanged.edited(position, 0, textLength);
+    else if (type & Sci::SC_MOD_BEFOREINSERT)
+        m_unchanged.edited(position, length, textLength + length);
+    else if (type & Sci::SC_MOD_BEFOREDELETE && m_deferred)
+        m_unchanged.edited(position, 0, textLength - length);
+}
+
 void EditNotices::onModified(int position, int type, const char *text, int length)
 {
+    followUnchangedEnds(position, type, length);
     if (m_deferred) {
         onModifiedDeferred(position, type, length);
         return;

@@ -6,6 +6,7 @@
 // after it. Main thread only.
 #pragma once
 
+#include "core/editor/UnchangedEnds.h"
 #include "core/text/TextRange.h"
 
 #include <QObject>
@@ -46,6 +47,12 @@ public:
 
     bool hasPending() const { return m_pending.has_value(); }
 
+    // The bytes at the start and the end of the text unchanged since markUnchanged(), seen from
+    // every change in both modes; forgotten while suspended.
+    const UnchangedEnds &unchangedEnds() const { return m_unchanged; }
+
+    void markUnchanged(qsizetype byteLength) { m_unchanged.reset(byteLength); }
+
     // While held, a deletion is announced with the next change (merged with an insertion at its
     // place) or at flush; releasing announces it.
     void holdDeletions(bool hold);
@@ -58,6 +65,7 @@ Q_SIGNALS:
 private:
     void onModified(int position, int type, const char *text, int length);
     void onModifiedDeferred(int position, int type, int length);
+    void followUnchangedEnds(int position, int type, int length);
     // Announces one change: `deletedUnits` went at `utf16Location` and `insertedBytes` (at
     // `bytePosition`, their text at `insertedText` when at hand) came in their place.
     void report(qsizetype bytePosition,
@@ -83,6 +91,7 @@ private:
     std::optional<PendingEdit> m_pending;
     qsizetype m_pendingDeleteLocation = 0;
     qsizetype m_pendingDeleteLength = 0;
+    UnchangedEnds m_unchanged;
 };
 
 } // namespace mirtex

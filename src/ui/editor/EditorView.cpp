@@ -112,6 +112,8 @@ void EditorView::loadText(const QByteArray &utf8)
         Sci::SCI_APPENDTEXT, static_cast<unsigned long>(utf8.size()), utf8.constData());
     m_primary->SendScintilla(Sci::SCI_SETUNDOCOLLECTION, 1L);
     m_notices->resume(utf8.size());
+    m_reference = utf8;
+    m_notices->markUnchanged(utf8.size());
     // What the pane would have announced had it seen the insertion (the gutter width follows).
     Q_EMIT m_primary->textChanged();
     Q_EMIT m_primary->linesChanged();
@@ -337,19 +339,44 @@ bool EditorView::utf8Equals(const QByteArray &utf8) const
     if (length != utf8.size())
         return false;
     // Scintilla's text has a gap where the last edit was. Reading the text on either side of it
-    // leaves it there; asking for the whole buffer would move everything after it. A difference
-    // is most likely next to the last edit, so that neighbourhood is compared first.
+    // leaves it there; asking for the whole buffer would move everything after it.
     const long gap = m_primary->SendScintilla(Sci::SCI_GETGAPPOSITION);
-    const auto same = [this, &utf8](long from, long to) {
-        if (from >= to)
-            return true;
-        const auto *text = reinterpret_cast<const char *>(m_primary->SendScintilla(
-            Sci::SCI_GETRANGEPOINTER, static_cast<unsigned long>(from), to - from));
-        return std::memcmp(text, utf8.constData() + from, std::size_t(to - from)) == 0;
+    const auto same = [this, &utf8, gap](long from, long to) {
+        for (const auto &[start, end] :
+             {std::pair{from, std::min(to, gap)}, std::pair{std::max(from, gap), to}}) {
+            if (start >= end)
+                continue;
+            const auto *text = reinterpret_cast<const char *>(m_primary->SendScintilla(
+                Sci::SCI_GETRANGEPOINTER, static_cast<unsigned long>(start), end - start));
+            if (std::memcmp(text, utf8.constData() + start, std::size_t(end - start)) != 0)
+                return false;
+        }
+        return true;
     };
-    const long nearFrom = std::max(0L, gap - 4096);
-    const long nearTo = std::min(length, gap + 4096);
-    return same(nearFrom, gap) && same(gap, nearTo) && same(0, nearFrom) && same(nearTo, length);
+    const UnchangedEnds &ends = m_notices->unchangedEnds();
+    if (ends.isKnown() && utf8.isSharedWith(m_reference)) {
+        // Only the edited middle can differ.
+        const long from = long(std::min<qsizetype>(ends.head(), length));
+        const long to = std::max(from, long(length - std::min<qsizetype>(ends.tail(), length)));
+        if (!same(from, to))
+            return false;
+    } else {
+        // A difference is most likely next to the last edit, so that neighbourhood goes first.
+        const long nearFrom = std::max(0L, gap - 4096);
+        const long nearTo = std::min(length, gap + 4096);
+        if (!same(nearFrom, nearTo) || !same(0, nearFrom) || !same(nearTo, length))
+            return false;
+        m_reference = utf8;
+    }
+    m_notices->markUnchanged(length);
+    return true;
+}
+
+QByteArray EditorView::savedUtf8Text()
+{
+    m_reference = utf8Text();
+    m_notices->markUnchanged(m_reference.size());
+    return m_reference;
 }
 
 void EditorView::replaceText(const QByteArray &utf8)

@@ -98,6 +98,7 @@ public:
     // At most `maxBytes` from the start of the text.
     QByteArray utf8Prefix(qsizetype maxBytes) const;
     bool utf8Equals(const QByteArray &utf8) const override;
+    QByteArray savedUtf8Text() override;
     void replaceText(const QByteArray &utf8) override;
     void setEditable(bool editable) override;
 
@@ -132,6 +133,9 @@ private:
     EditorColors m_colors;
     long m_lineCount = 1;
     bool m_editable = true;
+    // The bytes the text was last known equal to (shared with the document's saved text), so
+    // that deciding whether the text is back to them compares only the edited middle.
+    mutable QByteArray m_reference;
 };
 
 } // namespace mirtex
