@@ -3,6 +3,7 @@
 #include "core/document/Document.h"
 #include "core/document/LineEnding.h"
 #include "core/document/TextCodec.h"
+#include "core/document/Utf8Codec.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -56,7 +57,7 @@ std::optional<QString> UrlEvent::resolveText(const QString &tempDir) const
         QFile::remove(value);
     if (!loaded)
         return std::nullopt;
-    return QString::fromUtf8(loaded->utf8);
+    return Utf8Codec::toUtf16(loaded->utf8);
 }
 
 } // namespace mirtex

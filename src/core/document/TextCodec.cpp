@@ -425,7 +425,7 @@ encodeFromUtf8(QByteArrayView utf8, TextEncoding encoding, LineEnding ending)
     } else {
         if (!Utf8Codec::isValid(utf8))
             return std::nullopt;
-        return encode(QString::fromUtf8(utf8), encoding, ending);
+        return encode(Utf8Codec::toUtf16(utf8), encoding, ending);
     }
     if (!bytes)
         return std::nullopt;

@@ -2,6 +2,8 @@
 
 #include "core/document/HugePageHint.h"
 
+#include <QStringDecoder>
+
 #if defined(__SSE2__)
 #include <emmintrin.h>
 #endif
@@ -256,6 +258,14 @@ std::optional<QByteArray> encode(QStringView text)
         }
     }
     return bytes;
+}
+
+QString toUtf16(QByteArrayView utf8)
+{
+    QStringDecoder decoder(QStringDecoder::Utf8,
+                           QStringDecoder::Flag::Stateless
+                               | QStringDecoder::Flag::ConvertInitialBom);
+    return decoder.decode(utf8);
 }
 
 } // namespace mirtex::Utf8Codec

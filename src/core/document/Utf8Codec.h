@@ -20,6 +20,11 @@ std::optional<QString> decode(QByteArrayView bytes, bool *containsCR = nullptr);
 // `containsCR` is given and the bytes are valid, it is set to whether they hold a CR. Thread-safe.
 bool isValid(QByteArrayView bytes, bool *containsCR = nullptr);
 
+// UTF-16 of bytes known to be well-formed UTF-8 (the editor's text or a part of it), as
+// QString::fromUtf8 but keeping a leading EF BB BF as U+FEFF, which Qt drops as a byte-order mark:
+// here it is a character of the text. Thread-safe.
+QString toUtf16(QByteArrayView utf8);
+
 // Encodes to UTF-8; an unpaired surrogate, which no encoding can represent, gives nothing.
 std::optional<QByteArray> encode(QStringView text);
 

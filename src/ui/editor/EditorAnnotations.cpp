@@ -1,6 +1,7 @@
 #include "ui/editor/EditorAnnotations.h"
 
 #include "core/app/Preferences.h"
+#include "core/document/Utf8Codec.h"
 #include "core/editor/BraceMatch.h"
 #include "core/editor/SmartHighlight.h"
 #include "ui/editor/EditorPane.h"
@@ -175,7 +176,7 @@ void EditorAnnotations::startSmartHighlight()
             });
     watcher->setFuture(
         QtConcurrent::run([snapshot, bytes, selection, stop = m_smartStop.get_token()]() {
-            const QString text = snapshot ? *snapshot : QString::fromUtf8(bytes);
+            const QString text = snapshot ? *snapshot : Utf8Codec::toUtf16(bytes);
             return findSmartHighlights(text, selection, kSmartRangesLimit, stop);
         }));
 }

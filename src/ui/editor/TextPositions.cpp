@@ -1,5 +1,7 @@
 #include "ui/editor/TextPositions.h"
 
+#include "core/document/Utf8Codec.h"
+
 #include <Qsci/qsciscintillabase.h>
 
 #include <algorithm>
@@ -81,7 +83,7 @@ QString TextPositions::text(TextRange utf16Range) const
         = reinterpret_cast<const char *>(m_sci->SendScintilla(Sci::SCI_GETRANGEPOINTER,
                                                               static_cast<unsigned long>(fromByte),
                                                               long(toByteValue - fromByte)));
-    return QString::fromUtf8(bytes, toByteValue - fromByte);
+    return Utf8Codec::toUtf16(QByteArrayView(bytes, toByteValue - fromByte));
 }
 
 QChar TextPositions::unitAt(qsizetype utf16Offset) const

@@ -3,6 +3,8 @@
 // QString shares its data, so handing it to a background job costs nothing. Main thread only.
 #pragma once
 
+#include "core/document/Utf8Codec.h"
+
 #include <QString>
 
 #include <optional>
@@ -23,7 +25,7 @@ public:
     const QString &get(Utf8Source &&utf8)
     {
         if (!m_valid) {
-            m_text = QString::fromUtf8(utf8());
+            m_text = Utf8Codec::toUtf16(utf8());
             m_valid = true;
         }
         return m_text;
@@ -34,7 +36,7 @@ public:
     void inserted(qsizetype utf16Location, const char *utf8, qsizetype byteLength)
     {
         if (m_valid && utf8)
-            m_text.insert(utf16Location, QString::fromUtf8(utf8, byteLength));
+            m_text.insert(utf16Location, Utf8Codec::toUtf16(QByteArrayView(utf8, byteLength)));
         else
             invalidate();
     }

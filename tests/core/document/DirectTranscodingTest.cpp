@@ -93,6 +93,11 @@ TEST(DirectTranscoding, EncodingMatchesTheUtf16Path)
                       TextCodec::encode(text, encoding, ending))
                 << qPrintable(encoding.label()) << ": " << qPrintable(text);
         }
+        // A text that starts with U+FEFF keeps it (Qt's own UTF-8 decoding drops it).
+        ASSERT_EQ(
+            TextCodec::encodeFromUtf8(QByteArrayView("\xEF\xBB\xBFx"), encoding, LineEnding::lf),
+            TextCodec::encode(u"\uFEFFx", encoding, LineEnding::lf))
+            << qPrintable(encoding.label());
         for (const char *broken : {"\xC3", "a\xFF", "\xED\xA0\x80", "\xC0\xAF", "\xF4\x90\x80\x80"})
             EXPECT_FALSE(
                 TextCodec::encodeFromUtf8(QByteArrayView(broken), encoding, LineEnding::lf))
