@@ -8,6 +8,7 @@
 #include "core/languages/SyntaxHighlighter.h"
 #include "support/QStringPrinter.h"
 #include "support/TestFiles.h"
+#include "ui/app/WindowSession.h"
 #include "ui/dialogs/ScriptedQuestions.h"
 #include "ui/document/DocumentFlows.h"
 #include "ui/document/DocumentTab.h"
@@ -306,4 +307,34 @@ TEST_F(FileNoticesTest, FailedReadsSayWhy)
     ASSERT_EQ(m_questions.asked().size(), 1u);
     EXPECT_EQ(m_questions.asked()[0].message, u"Impossibile leggere “file.txt”."_s);
     EXPECT_EQ(m_questions.asked()[0].informative, u"Il file non esiste."_s);
+}
+
+TEST_F(FileNoticesTest, ARestoredBinaryTabIsLockedUnlessItHoldsUnsavedEdits)
+{
+    const QByteArray bytes("\x7f"
+                           "ELF\0\0\x01\n",
+                           8);
+    const QString state = path(u"state"_s);
+    {
+        DocumentTab *untouched = open(u"untouched.bin"_s, bytes);
+        DocumentTab *edited = open(u"edited.bin"_s, bytes);
+        ASSERT_TRUE(untouched && edited);
+        button(edited, Kind::binary)->click();
+        ASSERT_TRUE(waitFor([&] { return !edited->document().isReadOnly(); }));
+        typeKey(edited->editor()->primaryPane(), u'x');
+        WindowSession(*m_prefs, state).write(*m_window);
+    }
+    MainWindow window(*m_prefs);
+    DocumentFlows flows(window, m_questions);
+    ASSERT_TRUE(WindowSession(*m_prefs, state).restore(flows));
+    const QList<DocumentTab *> tabs = window.documents();
+    ASSERT_EQ(tabs.size(), 2);
+    EXPECT_TRUE(tabs[0]->document().isReadOnly());
+    EXPECT_TRUE(tabs[0]->notices().locksSaving());
+    EXPECT_NE(button(tabs[0], Kind::binary), nullptr);
+    EXPECT_FALSE(tabs[1]->document().isReadOnly());
+    EXPECT_TRUE(tabs[1]->document().isDirty());
+    EXPECT_EQ(barText(tabs[1], Kind::binary),
+              u"Il file sembra binario: salvarlo ne cambierebbe i byte."_s);
+    EXPECT_FALSE(tabs[1]->notices().locksSaving());
 }
