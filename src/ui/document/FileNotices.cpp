@@ -7,6 +7,7 @@
 #include "ui/document/InfoBar.h"
 #include "ui/editor/EditorPane.h"
 #include "ui/editor/EditorView.h"
+#include "ui/editor/TextPositions.h"
 
 #include <QApplication>
 #include <QLocale>
@@ -40,9 +41,10 @@ FileNotices::FileNotices(DocumentTab &tab, QWidget *parent)
     m_colourCheck.setInterval(kColourCheckDelayMs);
     connect(&m_colourCheck, &QTimer::timeout, this, &FileNotices::checkColourLimit);
     connect(tab.editor(), &EditorView::textEdited, this, [this]() {
-        // Only texts near the limit can cross it; a short one's edits cost nothing here.
+        // A text has no more UTF-16 units than UTF-8 bytes, and its byte length costs nothing:
+        // the edits of a text under the limit in bytes cannot have taken it over.
         if (bar(Kind::coloursOff)
-            || m_tab.editor()->textLength() > SyntaxHighlighter::kNoHighlightLimit / 2)
+            || m_tab.editor()->positions().byteLength() > SyntaxHighlighter::kNoHighlightLimit)
             m_colourCheck.start();
     });
     connect(&tab, &DocumentTab::stateChanged, this, &FileNotices::followLineEnding);

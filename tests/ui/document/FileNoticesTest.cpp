@@ -273,6 +273,9 @@ TEST_F(FileNoticesTest, ColoursOffAboveTheLimitIsSaidAndUnsaidWithTheLength)
     pane->SendScintilla(QsciScintillaBase::SCI_SETSEL, 0L, 100L);
     pane->SendScintilla(QsciScintillaBase::SCI_REPLACESEL, "");
     ASSERT_TRUE(waitFor([&] { return !tab->notices().bar(Kind::coloursOff); }));
+    // And over it again.
+    pane->SendScintilla(QsciScintillaBase::SCI_REPLACESEL, QByteArray(200, 'b').constData());
+    ASSERT_TRUE(waitFor([&] { return tab->notices().bar(Kind::coloursOff) != nullptr; }));
 }
 
 TEST_F(FileNoticesTest, FailedReadsSayWhy)
