@@ -133,6 +133,8 @@ bool WindowSession::restoreEntry(DocumentFlows &flows, const SessionState::Entry
         doc.setBackedUpChangeCount(doc.changeCount()); // the backup already holds this text
     flows.window().addDocument(tab);
     tab->setReadOnly(entry.readOnly || (disk && disk->readOnly && !backup));
+    if (disk) // a binary file with unsaved edits was already chosen to be edited
+        flows.showFileNotices(tab, *disk, !backup);
 
     EditorView *editor = tab->editor();
     const qsizetype length = editor->textLength();

@@ -4,13 +4,34 @@
 #include "core/document/FileNaming.h"
 #include "ui/dialogs/Questions.h"
 #include "ui/document/DocumentTab.h"
+#include "ui/document/FileNotices.h"
 #include "ui/document/MainWindow.h"
 #include "ui/editor/EditorView.h"
 
 #include <QApplication>
+#include <QFile>
 #include <QFileInfo>
+#include <QPointer>
+
+#include <cerrno>
+#include <sys/stat.h>
 
 namespace mirtex {
+
+namespace {
+
+// Why a path has no canonical form: it is missing, or a folder on the way cannot be searched.
+FileProblem unresolvedProblem(const QString &path)
+{
+    struct stat status
+    {};
+
+    if (::stat(QFile::encodeName(path).constData(), &status) != 0)
+        return fileProblemFromErrno(errno);
+    return FileProblem::other;
+}
+
+} // namespace
 
 DocumentFlows::DocumentFlows(MainWindow &window, Questions &questions)
     : QObject(&window)
@@ -33,6 +54,20 @@ LineEnding DocumentFlows::fallbackLineEnding() const
     return lineEndingFromPreference(m_prefs.defaultLineEndingID());
 }
 
+void DocumentFlows::report(const DocumentError &error)
+{
+    m_questions.inform(&m_window, error.description(), error.reason());
+}
+
+void DocumentFlows::showFileNotices(DocumentTab *tab, const LoadedFile &file, bool lockBinary)
+{
+    const QPointer<DocumentTab> target(tab);
+    tab->notices().showRead(file, lockBinary, [this, target](TextEncoding encoding) {
+        if (target)
+            reopenWithEncoding(target, encoding);
+    });
+}
+
 int DocumentFlows::openPaths(const QStringList &paths)
 {
     int opened = 0;
@@ -53,7 +88,7 @@ DocumentTab *DocumentFlows::openPath(const QString &path, std::optional<TextEnco
     const QFileInfo info(path);
     const QString canonical = info.canonicalFilePath();
     if (canonical.isEmpty()) {
-        m_questions.inform(&m_window, DocumentError::unreadable(path).description());
+        report(DocumentError::unreadable(path, unresolvedProblem(path)));
         return nullptr;
     }
     if (QFileInfo(canonical).isDir()) {
@@ -68,7 +103,7 @@ DocumentTab *DocumentFlows::openPath(const QString &path, std::optional<TextEnco
         return nullptr;
     auto loaded = Document::read(canonical, forced, fallbackLineEnding());
     if (!loaded) {
-        m_questions.inform(&m_window, loaded.error().description());
+        report(loaded.error());
         return nullptr;
     }
     auto *tab = new DocumentTab(
@@ -77,6 +112,7 @@ DocumentTab *DocumentFlows::openPath(const QString &path, std::optional<TextEnco
     tab->document().setFileModificationDate(loaded->modified);
     tab->setReadOnly(loaded->readOnly);
     tab->detectLanguage();
+    showFileNotices(tab, *loaded, true);
     m_window.addDocument(tab);
     return tab;
 }
@@ -109,7 +145,7 @@ bool DocumentFlows::writeAdopting(DocumentTab *tab,
             encoding = TextEncoding::utf8();
             continue;
         }
-        m_questions.inform(&m_window, written.error().description());
+        report(written.error());
         return false;
     }
 }
@@ -121,6 +157,13 @@ bool DocumentFlows::save(DocumentTab *tab)
     const auto &path = tab->document().path();
     if (!path)
         return saveAs(tab);
+    if (tab->notices().locksSaving()) {
+        m_questions.inform(&m_window,
+                           tr("“%1” sembra binario ed è aperto in sola lettura.")
+                               .arg(tab->document().displayName()),
+                           tr("Per salvarlo scegli prima “Modifica comunque”."));
+        return false;
+    }
     return writeAdopting(tab, *path, std::nullopt, std::nullopt);
 }
 
@@ -145,7 +188,7 @@ bool DocumentFlows::saveCopy(DocumentTab *tab)
         return false;
     auto written = tab->document().write(choice->path, choice->encoding, false, choice->lineEnding);
     if (!written) {
-        m_questions.inform(&m_window, written.error().description());
+        report(written.error());
         return false;
     }
     return true;
@@ -211,10 +254,11 @@ void DocumentFlows::reopenWithEncoding(DocumentTab *tab, TextEncoding encoding)
     }
     auto loaded = Document::read(*doc.path(), encoding, fallbackLineEnding());
     if (!loaded) {
-        m_questions.inform(&m_window, loaded.error().description());
+        report(loaded.error());
         return;
     }
     doc.reload(*loaded);
+    showFileNotices(tab, *loaded, true);
 }
 
 void DocumentFlows::checkExternalChanges()
@@ -243,10 +287,12 @@ void DocumentFlows::checkExternalChanges()
         if (m_questions.askAboutChangedFile(&m_window, doc.displayName(), doc.isDirty())
             == ChangedFileAnswer::reload) {
             auto loaded = Document::read(*doc.path(), std::nullopt, fallbackLineEnding());
-            if (loaded)
+            if (loaded) {
                 doc.reload(*loaded);
-            else
-                m_questions.inform(&m_window, loaded.error().description());
+                showFileNotices(tab, *loaded, true);
+            } else {
+                report(loaded.error());
+            }
         } else {
             // Remember the new date so that one outside change is asked about once.
             doc.setFileModificationDate(QFileInfo(*doc.path()).lastModified());

@@ -3,6 +3,7 @@
 // converting to another encoding, and the questions about files changed by other programs.
 #pragma once
 
+#include "core/document/DocumentError.h"
 #include "core/document/LineEnding.h"
 #include "core/document/TextEncoding.h"
 
@@ -18,6 +19,7 @@ class DocumentTab;
 class MainWindow;
 class Preferences;
 class Questions;
+struct LoadedFile;
 
 class DocumentFlows : public QObject
 {
@@ -39,6 +41,9 @@ public:
     DocumentTab *openPath(const QString &path, std::optional<TextEncoding> forced = std::nullopt);
     // The large-file question for files above the threshold: true when the file may be opened.
     bool confirmLargeFile(const QString &path);
+    // The tab's info bars about what reading `file` found (binary bytes, a likelier encoding,
+    // mixed line breaks). With `lockBinary` a binary file's text becomes read-only.
+    void showFileNotices(DocumentTab *tab, const LoadedFile &file, bool lockBinary);
 
     // Each returns whether it completed (false: failed or cancelled).
     bool save(DocumentTab *tab);
@@ -70,6 +75,8 @@ private:
                        std::optional<TextEncoding> encoding,
                        std::optional<LineEnding> ending);
     LineEnding fallbackLineEnding() const;
+    // The alert for a failed read or write: what failed, and why in the informative text.
+    void report(const DocumentError &error);
 
     MainWindow &m_window;
     Preferences &m_prefs;

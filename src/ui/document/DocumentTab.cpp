@@ -1,6 +1,7 @@
 #include "ui/document/DocumentTab.h"
 
 #include "ui/document/DocumentPage.h"
+#include "ui/document/FileNotices.h"
 #include "ui/editor/EditorView.h"
 
 namespace mirtex {
@@ -29,12 +30,20 @@ DocumentTab::DocumentTab(Preferences &prefs,
     m_document->onStateChange = [this]() { Q_EMIT stateChanged(); };
     connect(m_editor, &EditorView::textEdited, this, [this]() { m_document->textDidChange(); });
     m_document->onPathChange = [this](const QString &) { detectLanguage(); };
+    m_notices = new FileNotices(*this);
+    m_page->setInfoBar(m_notices);
+}
+
+FileNotices &DocumentTab::notices() const
+{
+    return *m_notices;
 }
 
 void DocumentTab::setLanguage(LanguagePtr language)
 {
     m_document->setLanguageId(language->id());
     m_editor->setLanguage(std::move(language));
+    m_notices->checkColourLimit();
     Q_EMIT stateChanged();
 }
 

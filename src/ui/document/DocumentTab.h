@@ -15,6 +15,7 @@ namespace mirtex {
 
 class DocumentPage;
 class EditorView;
+class FileNotices;
 class Preferences;
 
 class DocumentTab : public QObject
@@ -42,10 +43,14 @@ public:
 
     DocumentPage *page() const { return m_page; }
 
+    // The info bars about the file, in the page's info-bar place.
+    FileNotices &notices() const;
+
     // Locks or unlocks the text; the tab's state changes with it.
     void setReadOnly(bool readOnly);
 
-    // Colours the tab in `language` and records it in the document.
+    // Colours the tab in `language` and records it in the document (and says when the text is
+    // too long to be coloured).
     void setLanguage(LanguagePtr language);
     // Chooses the language from the file name and the first line of the text.
     void detectLanguage();
@@ -56,6 +61,7 @@ Q_SIGNALS:
 private:
     QPointer<DocumentPage> m_page;
     QPointer<EditorView> m_editor;
+    QPointer<FileNotices> m_notices;
     std::unique_ptr<Document> m_document;
 };
 
