@@ -1,6 +1,7 @@
 #include "ui/app/ShortcutsWindow.h"
 
 #include "ui/commands/CommandRegistry.h"
+#include "ui/editor/EditorKeys.h"
 
 #include <QCoreApplication>
 #include <QHeaderView>
@@ -72,6 +73,10 @@ void ShortcutsWindow::rebuild()
         if (!command->shortcuts.isEmpty() && !listed.contains(command->name))
             add(QString(command->label).remove(u'&'), command->shortcuts);
     }
+    // The keys the editor handles itself: moving, selecting, new lines, tabs and deleting.
+    const QString editor = QCoreApplication::translate("ShortcutsWindow", "Editor");
+    for (const EditorKeys::Binding &binding : EditorKeys::bindings())
+        add(editor + QStringLiteral(" › ") + binding.label, binding.keys);
 }
 
 } // namespace mirtex

@@ -1,5 +1,6 @@
 // "Scorciatoie da tastiera": every registered command that has a key, under the menu that shows
-// it ("File › Salva"); commands in no menu come last, by their label.
+// it ("File › Salva"); commands in no menu come next, by their label; the keys the editor handles
+// itself (moving, selecting, deleting) last, under "Editor".
 #pragma once
 
 #include <QDialog>

@@ -3,6 +3,7 @@
 #include "core/document/Document.h"
 #include "ui/document/DocumentTab.h"
 #include "ui/document/MainWindow.h"
+#include "ui/editor/EditorPane.h"
 #include "ui/editor/EditorView.h"
 
 namespace mirtex {
@@ -55,11 +56,16 @@ void CommandContext::follow(DocumentTab *tab)
 {
     disconnect(m_stateConnection);
     disconnect(m_caretConnection);
+    disconnect(m_menuConnection);
     if (tab) {
         m_stateConnection
             = connect(tab, &DocumentTab::stateChanged, this, &CommandContext::onStateChanged);
         m_caretConnection
             = connect(tab->editor(), &EditorView::caretMoved, this, &CommandContext::onCaretMoved);
+        m_menuConnection = connect(tab->editor(),
+                                   &EditorView::contextMenuRequested,
+                                   this,
+                                   &CommandContext::editorContextMenuRequested);
     }
     m_hadSelection = hasSelection();
     m_wasReadOnly = tab && tab->document().isReadOnly();

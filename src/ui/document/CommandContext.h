@@ -6,6 +6,7 @@
 
 #include <QMetaObject>
 #include <QObject>
+#include <QPoint>
 #include <QString>
 
 namespace mirtex {
@@ -43,6 +44,8 @@ public:
 
 Q_SIGNALS:
     void changed();
+    // The user asked for the context menu of the current tab's editor.
+    void editorContextMenuRequested(mirtex::EditorPane *pane, QPoint globalPos);
 
 private:
     void follow(DocumentTab *tab);
@@ -53,6 +56,7 @@ private:
     DocumentFlows &m_flows;
     QMetaObject::Connection m_stateConnection;
     QMetaObject::Connection m_caretConnection;
+    QMetaObject::Connection m_menuConnection;
     // What commands depend on, as last told; every edit changes the tab's state, but rarely this.
     bool m_hadSelection = false;
     bool m_wasReadOnly = false;

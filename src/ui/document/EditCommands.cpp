@@ -3,8 +3,10 @@
 #include "ui/commands/CommandRegistry.h"
 #include "ui/document/CommandContext.h"
 #include "ui/editor/EditorPane.h"
+#include "ui/editor/EditorView.h"
 
 #include <QCoreApplication>
+#include <QMenu>
 
 namespace mirtex {
 
@@ -25,11 +27,12 @@ void EditCommands::registerIn(CommandRegistry &registry, CommandContext &context
                   QKeySequence::keyBindings(QKeySequence::Undo),
                   onPane(&EditorPane::undo),
                   editable});
-    registry.add({QStringLiteral("redo:"),
-                  tr("Ripeti"),
-                  {QKeySequence(QStringLiteral("Ctrl+Shift+Z"))},
-                  onPane(&EditorPane::redo),
-                  editable});
+    registry.add(
+        {QStringLiteral("redo:"),
+         tr("Ripeti"),
+         {QKeySequence(QStringLiteral("Ctrl+Shift+Z")), QKeySequence(QStringLiteral("Ctrl+Y"))},
+         onPane(&EditorPane::redo),
+         editable});
     registry.add({QStringLiteral("cut:"),
                   tr("Taglia"),
                   QKeySequence::keyBindings(QKeySequence::Cut),
@@ -45,6 +48,12 @@ void EditCommands::registerIn(CommandRegistry &registry, CommandContext &context
                   QKeySequence::keyBindings(QKeySequence::Paste),
                   onPane(&EditorPane::paste),
                   editable});
+    // Delete and Backspace stay the editor's own keys.
+    registry.add({QStringLiteral("delete:"),
+                  tr("Elimina"),
+                  {},
+                  onPane(&EditorPane::removeSelectedText),
+                  [c](const QVariant &) { return c->isEditable() && c->hasSelection(); }});
     registry.add({QStringLiteral("selectAll:"),
                   tr("Seleziona tutto"),
                   QKeySequence::keyBindings(QKeySequence::SelectAll),
@@ -53,6 +62,36 @@ void EditCommands::registerIn(CommandRegistry &registry, CommandContext &context
                           pane->selectAll();
                   },
                   [c](const QVariant &) { return c->hasDocument(); }});
+
+    // Whatever runs, typing after it starts a new undo step.
+    registry.addListener([c](const QString &, const QVariant &) {
+        if (EditorView *editor = c->currentEditor())
+            editor->closeUndoStep();
+    });
+
+    CommandRegistry *r = &registry;
+    QObject::connect(
+        c, &CommandContext::editorContextMenuRequested, c, [r](EditorPane *pane, QPoint globalPos) {
+            QMenu *menu = makeContextMenu(*r, pane);
+            menu->setAttribute(Qt::WA_DeleteOnClose);
+            menu->popup(globalPos);
+        });
+}
+
+QMenu *EditCommands::makeContextMenu(CommandRegistry &registry, QWidget *parent)
+{
+    // Empty names separate groups.
+    static const char *const kEntries[]
+        = {"undo:", "redo:", "", "cut:", "copy:", "paste:", "delete:", "", "selectAll:"};
+    auto *menu = new QMenu(parent);
+    menu->setObjectName(QStringLiteral("mirtex.editorMenu"));
+    for (const char *name : kEntries) {
+        if (*name == 0)
+            menu->addSeparator();
+        else if (QAction *action = registry.makeAction(QString::fromLatin1(name), {}, {}, menu))
+            menu->addAction(action);
+    }
+    return menu;
 }
 
 } // namespace mirtex

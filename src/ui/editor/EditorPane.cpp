@@ -2,10 +2,13 @@
 
 #include "core/app/Preferences.h"
 #include "ui/editor/EditorColors.h"
+#include "ui/editor/EditorKeys.h"
 #include "ui/editor/PaneHighlightTarget.h"
+#include "ui/editor/TypingUndoSteps.h"
 
 #include <QAccessible>
 #include <QAccessibleWidget>
+#include <QContextMenuEvent>
 #include <QFontDatabase>
 #include <QKeyEvent>
 #include <QMimeData>
@@ -37,6 +40,7 @@ EditorPane::EditorPane(QWidget *parent)
     }();
     Q_UNUSED(installed);
     setUtf8(true);
+    EditorKeys::configure(*this);
     setFrameShape(QFrame::NoFrame);
     setBraceMatching(NoBraceMatch); // matching braces are painted by the editor view
     setMarginType(0, NumberMargin);
@@ -134,10 +138,35 @@ void EditorPane::focusInEvent(QFocusEvent *event)
 
 void EditorPane::keyPressEvent(QKeyEvent *event)
 {
+    if (m_typingSteps)
+        m_typingSteps->beforeInput(*this, TypingUndoSteps::classify(*event), event->text());
     Q_EMIT inputStarting();
     if (!(m_autoClose && !isReadOnly() && handleAutoClose(event)))
         QsciScintilla::keyPressEvent(event);
     Q_EMIT inputHandled();
+    if (m_typingSteps)
+        m_typingSteps->afterInput(*this);
+}
+
+void EditorPane::mousePressEvent(QMouseEvent *event)
+{
+    if (m_typingSteps)
+        m_typingSteps->closeStep();
+    QsciScintilla::mousePressEvent(event);
+}
+
+void EditorPane::contextMenuEvent(QContextMenuEvent *event)
+{
+    // From the keyboard (the Menu key) the menu opens at the caret.
+    QPoint at = event->globalPos();
+    if (event->reason() == QContextMenuEvent::Keyboard) {
+        const long caret = SendScintilla(SCI_GETCURRENTPOS);
+        at = viewport()->mapToGlobal(
+            QPoint(int(SendScintilla(SCI_POINTXFROMPOSITION, 0, caret)),
+                   int(SendScintilla(SCI_POINTYFROMPOSITION, 0, caret)) + textHeight(0)));
+    }
+    event->accept();
+    Q_EMIT contextMenuRequested(this, at);
 }
 
 namespace {
@@ -180,9 +209,17 @@ void EditorPane::dropEvent(QDropEvent *event)
 
 void EditorPane::inputMethodEvent(QInputMethodEvent *event)
 {
+    const QString committed = event->commitString();
+    if (m_typingSteps)
+        m_typingSteps->beforeInput(*this,
+                                   committed.isEmpty() ? TypingUndoSteps::Input::none
+                                                       : TypingUndoSteps::Input::typing,
+                                   committed);
     Q_EMIT inputStarting();
     QsciScintilla::inputMethodEvent(event);
     Q_EMIT inputHandled();
+    if (m_typingSteps)
+        m_typingSteps->afterInput(*this);
 }
 
 void EditorPane::paste()

@@ -10,6 +10,7 @@
 namespace mirtex {
 
 class Preferences;
+class TypingUndoSteps;
 struct EditorColors;
 
 class EditorPane : public QsciScintilla
@@ -33,8 +34,14 @@ public:
         m_autoCloseHandler = std::move(handler);
     }
 
+    // Told of every key, input-method commit and mouse press, to end typing's undo steps where
+    // users expect them (shared by the panes of one document; not owned).
+    void setTypingSteps(TypingUndoSteps *steps) { m_typingSteps = steps; }
+
 Q_SIGNALS:
     void focused(mirtex::EditorPane *pane);
+    // The user asked for the context menu at `globalPos`; the pane shows none of its own.
+    void contextMenuRequested(mirtex::EditorPane *pane, QPoint globalPos);
     // Around every key, input-method, drop or paste the pane handles.
     void inputStarting();
     void inputHandled();
@@ -43,6 +50,8 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
     void inputMethodEvent(QInputMethodEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dragMoveEvent(QDragMoveEvent *event) override;
     void dropEvent(QDropEvent *event) override;
@@ -56,6 +65,7 @@ private:
     std::unique_ptr<EditorColors> m_colors;
     bool m_autoClose = false;
     std::function<bool(QChar)> m_autoCloseHandler;
+    TypingUndoSteps *m_typingSteps = nullptr;
     bool m_showLineNumbers = true;
 };
 

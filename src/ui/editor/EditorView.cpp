@@ -10,6 +10,7 @@
 #include "ui/editor/PaneSelections.h"
 #include "ui/editor/ScintillaDocuments.h"
 #include "ui/editor/TextPositions.h"
+#include "ui/editor/TypingUndoSteps.h"
 
 #include <QSplitter>
 #include <QVBoxLayout>
@@ -31,6 +32,7 @@ EditorView::EditorView(Preferences &prefs, QWidget *parent)
     : QWidget(parent)
     , m_prefs(prefs)
     , m_splitter(new QSplitter(this))
+    , m_typingSteps(std::make_unique<TypingUndoSteps>())
 {
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -61,6 +63,11 @@ EditorPane *EditorView::makePane()
     auto *pane = new EditorPane(m_splitter);
     m_splitter->addWidget(pane);
     pane->applyPreferences(m_prefs);
+    pane->setTypingSteps(m_typingSteps.get());
+    connect(pane, &EditorPane::contextMenuRequested, this, [this](EditorPane *p, QPoint at) {
+        m_active = p;
+        Q_EMIT contextMenuRequested(p, at);
+    });
     // Typing or pasting over a selection reaches listeners as one replacement.
     connect(pane, &EditorPane::inputStarting, this, [this]() { m_notices->holdDeletions(true); });
     connect(pane, &EditorPane::inputHandled, this, [this]() {
@@ -121,11 +128,17 @@ void EditorView::loadText(const QByteArray &utf8)
     m_primary->SendScintilla(Sci::SCI_SETSAVEPOINT);
     m_primary->SendScintilla(Sci::SCI_GOTOPOS, 0L);
     m_applier->forgetHistory();
+    m_typingSteps->closeStep();
 }
 
 bool EditorView::applyBatch(const EditBatch &batch)
 {
     return m_applier->apply(batch, m_active);
+}
+
+void EditorView::closeUndoStep()
+{
+    m_typingSteps->closeStep();
 }
 
 QString EditorView::undoLabel() const

@@ -28,6 +28,7 @@ class SyntaxHighlighter;
 class EditorPane;
 class Preferences;
 class TextPositions;
+class TypingUndoSteps;
 
 class EditorView : public QWidget, public DocumentText
 {
@@ -48,6 +49,11 @@ public:
     // Labels of the next undo and redo steps; empty for unnamed steps (typing).
     QString undoLabel() const;
     QString redoLabel() const;
+
+    // The next typing starts a new undo step (a command ran).
+    void closeUndoStep();
+
+    TypingUndoSteps &typingSteps() const { return *m_typingSteps; }
 
     EditorPane *primaryPane() const { return m_primary; }
 
@@ -111,6 +117,8 @@ Q_SIGNALS:
     void textEdited(mirtex::TextRange editedInNewText, qsizetype changeInLength);
     void caretMoved();
     void zoomChanged(int zoomStep);
+    // Right click or the Menu key in one of the panes; the pane is the active one by then.
+    void contextMenuRequested(mirtex::EditorPane *pane, QPoint globalPos);
 
 private:
     void followLineCount();
@@ -119,6 +127,7 @@ private:
 
     Preferences &m_prefs;
     QSplitter *m_splitter;
+    std::unique_ptr<TypingUndoSteps> m_typingSteps; // before the panes, which are told of it
     EditorPane *m_primary;
     EditorPane *m_secondary = nullptr;
     EditorPane *m_active;
