@@ -5,6 +5,7 @@
 #include "core/app/TerminationSignals.h"
 #include "ui/app/AppAssembly.h"
 #include "ui/app/AppDelegate.h"
+#include "ui/app/ApplicationIdentity.h"
 #include "ui/app/SelfTest.h"
 #include "ui/app/SingleInstance.h"
 #include "ui/app/Snapshot.h"
@@ -25,18 +26,24 @@ int main(int argc, char **argv)
     for (int i = 1; i < argc; ++i)
         arguments.append(QFile::decodeName(argv[i]));
     const CommandLine command = CommandLine::parse(arguments, QDir::currentPath());
+    // Answered before any window system is needed.
+    if (command.mode == CommandLine::Mode::help || command.mode == CommandLine::Mode::version) {
+        const QString text = command.mode == CommandLine::Mode::help ? CommandLine::helpText()
+                                                                     : CommandLine::versionText();
+        std::fputs(text.toUtf8().constData(), stdout);
+        return 0;
+    }
 
     QApplication app(argc, argv);
-    QCoreApplication::setOrganizationName(QStringLiteral("Mirtex"));
-    QCoreApplication::setApplicationName(QStringLiteral("Mirtex++"));
-    QGuiApplication::setApplicationDisplayName(QStringLiteral("Mirtex++"));
-    QGuiApplication::setDesktopFileName(QStringLiteral("mirtex"));
+    ApplicationIdentity::apply();
 
     switch (command.mode) {
     case CommandLine::Mode::selfTest:
         return SelfTest::run();
     case CommandLine::Mode::snapshot:
         return Snapshot::run(command.snapshot);
+    case CommandLine::Mode::help:
+    case CommandLine::Mode::version:
     case CommandLine::Mode::invalid:
         std::fprintf(stderr, "mirtex: %s\n", qPrintable(command.error));
         return 2;

@@ -1,5 +1,8 @@
 #include "core/app/CommandLine.h"
 
+#include "core/app/AppInfo.h"
+
+#include <QCoreApplication>
 #include <QDir>
 #include <QRegularExpression>
 #include <QUrl>
@@ -47,6 +50,15 @@ CommandLine CommandLine::parse(const QStringList &arguments, const QString &work
     CommandLine result;
     if (arguments.contains(QLatin1String("--selftest"))) {
         result.mode = Mode::selfTest;
+        return result;
+    }
+    // Asked for anywhere on the line, they win over everything else, as in other programs.
+    if (arguments.contains(QLatin1String("--help")) || arguments.contains(QLatin1String("-h"))) {
+        result.mode = Mode::help;
+        return result;
+    }
+    if (arguments.contains(QLatin1String("--version"))) {
+        result.mode = Mode::version;
         return result;
     }
     const bool snapshot = arguments.contains(QLatin1String("--snapshot"));
@@ -113,6 +125,31 @@ CommandLine CommandLine::parse(const QStringList &arguments, const QString &work
             return fail(QStringLiteral("--snapshot needs --out FILE.png"));
     }
     return result;
+}
+
+QString CommandLine::helpText()
+{
+    return QCoreApplication::translate(
+        "CommandLine",
+        "Uso: mirtex [opzioni] [file o cartelle…] [mirtex:…]\n"
+        "\n"
+        "Apre i file nelle schede della finestra già aperta, o in una nuova finestra.\n"
+        "Un file che non esiste si apre vuoto e viene creato al primo salvataggio;\n"
+        "una cartella si apre nella barra laterale.\n"
+        "\n"
+        "Opzioni:\n"
+        "  --new-instance   apre una finestra a sé invece di passare i file a quella aperta\n"
+        "  --help, -h       mostra questo aiuto ed esce\n"
+        "  --version        mostra la versione ed esce\n"
+        "  --selftest       esegue la prova interna ed esce\n"
+        "  --snapshot --out FILE.png [--size LxA] [--tab N] [--split side|stacked]\n"
+        "             [--sidebar CARTELLA] [--select-word PAROLA] [--dark] [file…]\n"
+        "                   salva un'immagine della finestra con i file indicati ed esce\n");
+}
+
+QString CommandLine::versionText()
+{
+    return AppInfo::name() + u' ' + AppInfo::version() + u'\n';
 }
 
 } // namespace mirtex

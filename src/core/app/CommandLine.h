@@ -1,5 +1,6 @@
-// What the process was asked to do: the self-test, a snapshot, or the editor with files and
-// mirtex: URLs to open. Parsing is pure so that it can be tested without starting anything.
+// What the process was asked to do: the self-test, a snapshot, the usage text or the version, or
+// the editor with files and mirtex: URLs to open. Parsing is pure so that it can be tested without
+// starting anything.
 #pragma once
 
 #include <QSize>
@@ -28,6 +29,8 @@ struct CommandLine
         run,
         selfTest,
         snapshot,
+        help,    // print helpText() and exit
+        version, // print versionText() and exit
         invalid
     };
 
@@ -40,6 +43,10 @@ struct CommandLine
 
     // `arguments` excludes the program name; relative paths are resolved against `workingDir`.
     static CommandLine parse(const QStringList &arguments, const QString &workingDir);
+
+    // What --help and --version print (Italian, each ending with a line break).
+    static QString helpText();
+    static QString versionText();
 };
 
 } // namespace mirtex

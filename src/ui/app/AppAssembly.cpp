@@ -1,10 +1,12 @@
 #include "ui/app/AppAssembly.h"
 
 #include "core/app/Preferences.h"
+#include "core/app/RecentFiles.h"
 #include "ui/app/AppCommands.h"
 #include "ui/app/AppDelegate.h"
 #include "ui/app/AppearanceController.h"
 #include "ui/app/MainMenu.h"
+#include "ui/app/QtTranslations.h"
 #include "ui/app/SecondaryWindows.h"
 #include "ui/app/SessionKeeper.h"
 #include "ui/app/ThemeCommands.h"
@@ -16,6 +18,8 @@
 #include "ui/document/EncodingCommands.h"
 #include "ui/document/LanguageCommands.h"
 #include "ui/document/MainWindow.h"
+#include "ui/document/RecentFileCommands.h"
+#include "ui/document/TabCommands.h"
 #include "ui/document/ViewCommands.h"
 
 namespace mirtex {
@@ -23,7 +27,9 @@ namespace mirtex {
 AppAssembly::AppAssembly(Preferences &prefs,
                          Questions &questions,
                          std::unique_ptr<SessionKeeper> session)
-    : m_window(std::make_unique<MainWindow>(prefs))
+    // Qt's own texts are in the interface language before the first widget exists.
+    : m_recentFiles((QtTranslations::install(), std::make_unique<RecentFiles>(prefs)))
+    , m_window(std::make_unique<MainWindow>(prefs))
     , m_flows(new DocumentFlows(*m_window, questions))
     , m_context(new CommandContext(*m_window, *m_flows))
     , m_appearance(new AppearanceController(prefs, *m_window))
@@ -34,13 +40,19 @@ AppAssembly::AppAssembly(Preferences &prefs,
     CommandRegistry &commands = *m_commands;
     DocumentCommands::registerIn(commands, *m_context);
     EditCommands::registerIn(commands, *m_context);
+    TabCommands::registerIn(commands, *m_context);
+    RecentFileCommands::registerIn(commands, *m_context, *m_recentFiles);
     ViewCommands::registerIn(commands, *m_context);
     EncodingCommands::registerIn(commands, *m_context);
     LanguageCommands::registerIn(commands, *m_context);
     ThemeCommands::registerIn(commands, prefs);
     AppCommands::registerIn(commands, *m_delegate, *m_window, *m_secondaryWindows);
 
-    m_menu = std::make_unique<MainMenu>(*m_window, commands);
+    m_menu = std::make_unique<MainMenu>(*m_window, commands, *m_recentFiles);
+    QObject::connect(m_flows,
+                     &DocumentFlows::fileOpened,
+                     m_window.get(),
+                     [this](const QString &path) { m_recentFiles->add(path); });
     ThemeCommands::addThemeMenu(commands, m_menu->menu(QStringLiteral("mirtex.menu.view")));
 
     // Enabled and checked states follow the tab, its state and selection, and the settings.

@@ -19,6 +19,7 @@ class MainMenu;
 class MainWindow;
 class Preferences;
 class Questions;
+class RecentFiles;
 class SecondaryWindows;
 
 class AppAssembly
@@ -49,7 +50,10 @@ public:
 
     AppDelegate &delegate() const { return *m_delegate; }
 
+    RecentFiles &recentFiles() const { return *m_recentFiles; }
+
 private:
+    std::unique_ptr<RecentFiles> m_recentFiles;
     std::unique_ptr<MainWindow> m_window;
     DocumentFlows *m_flows;             // owned by the window
     CommandContext *m_context;          // owned by the window

@@ -1,5 +1,6 @@
 #include "ui/app/AppCommands.h"
 
+#include "ui/app/AboutWindow.h"
 #include "ui/app/AppDelegate.h"
 #include "ui/app/SecondaryWindows.h"
 #include "ui/app/SettingsWindow.h"
@@ -40,6 +41,22 @@ void AppCommands::registerIn(CommandRegistry &registry,
                   [s, w, r](const QVariant &) {
                       s->show(QStringLiteral("shortcuts"),
                               [w, r]() { return new ShortcutsWindow(*r, w->menuBar(), w); });
+                  }});
+    registry.add({QStringLiteral("showAbout:"),
+                  tr("Informazioni su Mirtex++"),
+                  {},
+                  [s, w](const QVariant &) {
+                      s->show(QStringLiteral("about"), [w]() { return new AboutWindow(w); });
+                  }});
+    registry.add({QStringLiteral("openMenuBar:"),
+                  tr("Apri la barra dei menu"),
+                  {QKeySequence(Qt::Key_F10)},
+                  [w](const QVariant &) {
+                      QMenuBar *bar = w->menuBar();
+                      if (!bar->actions().isEmpty()) {
+                          bar->setFocus(Qt::MenuBarFocusReason);
+                          bar->setActiveAction(bar->actions().first());
+                      }
                   }});
 }
 

@@ -1,4 +1,5 @@
-// The application's own commands: quit, the settings window and the shortcuts window.
+// The application's own commands: quit, the settings, shortcuts and About windows, and F10 for
+// the menu bar.
 #pragma once
 
 namespace mirtex {

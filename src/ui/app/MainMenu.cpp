@@ -5,31 +5,24 @@
 #include "ui/document/EncodingCommands.h"
 #include "ui/document/LanguageCommands.h"
 #include "ui/document/MainWindow.h"
+#include "ui/document/RecentFileCommands.h"
+#include "ui/document/TabCommands.h"
 
 #include <QAction>
 #include <QMenuBar>
 
 namespace mirtex {
 
-MainMenu::MainMenu(MainWindow &window, CommandRegistry &registry, QObject *parent)
+MainMenu::MainMenu(MainWindow &window,
+                   CommandRegistry &registry,
+                   RecentFiles &recent,
+                   QObject *parent)
     : QObject(parent)
     , m_window(window)
     , m_registry(registry)
 {
-    place(addMenu(QStringLiteral("mirtex.menu.file"), tr("File")),
-          {QStringLiteral("newDocument:"),
-           QStringLiteral("openDocument:"),
-           QStringLiteral("openFolder:"),
-           {},
-           QStringLiteral("saveDocument:"),
-           QStringLiteral("saveDocumentAs:"),
-           QStringLiteral("saveDocumentTo:"),
-           QStringLiteral("saveAllDocuments:"),
-           {},
-           QStringLiteral("closeTab:"),
-           {},
-           QStringLiteral("terminate:")});
-    place(addMenu(QStringLiteral("mirtex.menu.edit"), tr("Modifica")),
+    buildFile(recent);
+    place(addMenu(QStringLiteral("mirtex.menu.edit"), tr("&Modifica")),
           {QStringLiteral("undo:"),
            QStringLiteral("redo:"),
            {},
@@ -39,8 +32,8 @@ MainMenu::MainMenu(MainWindow &window, CommandRegistry &registry, QObject *paren
            QStringLiteral("selectAll:"),
            {},
            QStringLiteral("showPreferences:")});
-    addMenu(QStringLiteral("mirtex.menu.search"), tr("Cerca"));
-    place(addMenu(QStringLiteral("mirtex.menu.view"), tr("Visualizza")),
+    addMenu(QStringLiteral("mirtex.menu.search"), tr("&Cerca"));
+    place(addMenu(QStringLiteral("mirtex.menu.view"), tr("&Visualizza")),
           {QStringLiteral("zoomIn:"),
            QStringLiteral("zoomOut:"),
            QStringLiteral("zoomReset:"),
@@ -58,14 +51,55 @@ MainMenu::MainMenu(MainWindow &window, CommandRegistry &registry, QObject *paren
            {},
            QStringLiteral("toggleSidebar:"),
            QStringLiteral("toggleStatusBar:"),
-           QStringLiteral("toggleAlwaysOnTop:")});
+           QStringLiteral("toggleAlwaysOnTop:"),
+           QStringLiteral("toggleFullScreen:")});
     buildEncoding();
     buildLanguage();
     m_window.setStatusMenus(m_statusEncodingMenu, m_lineEndingMenu, m_languageMenu);
-    addMenu(QStringLiteral("mirtex.menu.tools"), tr("Strumenti"));
+    addMenu(QStringLiteral("mirtex.menu.tools"), tr("S&trumenti"));
     buildWindow();
-    place(addMenu(QStringLiteral("mirtex.menu.help"), tr("Aiuto")),
-          {QStringLiteral("showShortcuts:")});
+    place(addMenu(QStringLiteral("mirtex.menu.help"), tr("&Aiuto")),
+          {QStringLiteral("showShortcuts:"), {}, QStringLiteral("showAbout:")});
+
+    // F10 opens the menu bar at its first menu, from anywhere in the window.
+    QAction *menuKey = m_registry.action(QStringLiteral("openMenuBar:"));
+    m_window.addAction(menuKey);
+    connect(&m_window, &MainWindow::tabMenuRequested, this, [this](DocumentTab *tab, QPoint at) {
+        showTabMenu(int(m_window.documents().indexOf(tab)), at);
+    });
+}
+
+void MainMenu::buildFile(RecentFiles &recent)
+{
+    QMenu *file = addMenu(QStringLiteral("mirtex.menu.file"), tr("&File"));
+    place(file,
+          {QStringLiteral("newDocument:"),
+           QStringLiteral("openDocument:"),
+           QStringLiteral("openFolder:")});
+    RecentFileCommands::addRecentMenu(m_registry, recent, file);
+    place(file,
+          {QStringLiteral("reloadFromDisk:"),
+           {},
+           QStringLiteral("saveDocument:"),
+           QStringLiteral("saveDocumentAs:"),
+           QStringLiteral("saveDocumentTo:"),
+           QStringLiteral("saveAllDocuments:"),
+           {},
+           QStringLiteral("closeTab:"),
+           QStringLiteral("closeOtherTabs:"),
+           QStringLiteral("closeTabsToTheRight:"),
+           QStringLiteral("closeAllTabs:"),
+           {},
+           QStringLiteral("terminate:")});
+}
+
+void MainMenu::showTabMenu(int index, const QPoint &globalPos)
+{
+    if (index < 0)
+        return;
+    QMenu *menu = TabCommands::tabMenu(m_registry, index, &m_window);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->popup(globalPos);
 }
 
 QMenu *MainMenu::menu(const QString &objectName) const
@@ -94,7 +128,7 @@ void MainMenu::place(QMenu *menu, const QStringList &names)
 
 void MainMenu::buildEncoding()
 {
-    QMenu *encoding = addMenu(QStringLiteral("mirtex.menu.encoding"), tr("Codifica"));
+    QMenu *encoding = addMenu(QStringLiteral("mirtex.menu.encoding"), tr("C&odifica"));
     QMenu *convert = EncodingCommands::encodingMenu(
         m_registry, EncodingCommands::kConvert, tr("Converti in"), encoding);
     QMenu *reopen = EncodingCommands::encodingMenu(
@@ -113,17 +147,20 @@ void MainMenu::buildEncoding()
 
 void MainMenu::buildLanguage()
 {
-    m_languageMenu = addMenu(QStringLiteral("mirtex.menu.language"), tr("Linguaggio"));
+    m_languageMenu = addMenu(QStringLiteral("mirtex.menu.language"), tr("&Linguaggio"));
     LanguageCommands::layOut(m_registry, m_languageMenu);
 }
 
 void MainMenu::buildWindow()
 {
-    QMenu *window = addMenu(QStringLiteral("mirtex.menu.window"), tr("Finestra"));
+    QMenu *window = addMenu(QStringLiteral("mirtex.menu.window"), tr("F&inestra"));
     MainWindow *w = &m_window;
     CommandRegistry *registry = &m_registry;
-    connect(window, &QMenu::aboutToShow, this, [w, window, registry]() {
+    auto fill = [w, window, registry]() {
         window->clear();
+        window->addAction(registry->action(QStringLiteral("selectNextTab:")));
+        window->addAction(registry->action(QStringLiteral("selectPreviousTab:")));
+        window->addSeparator();
         const auto docs = w->documents();
         for (int i = 0; i < docs.size(); ++i) {
             QAction *action = registry->makeAction(
@@ -132,8 +169,12 @@ void MainMenu::buildWindow()
             action->setChecked(docs[i] == w->currentDocument());
             window->addAction(action);
         }
-    });
+    };
+    fill(); // the shortcuts window finds the menu's own commands before it is first opened
+    connect(window, &QMenu::aboutToShow, this, fill);
     // Keyboard switching must work without opening the menu.
+    w->addAction(registry->action(QStringLiteral("selectNextTab:")));
+    w->addAction(registry->action(QStringLiteral("selectPreviousTab:")));
     for (int i = 0; i < 9; ++i) {
         QAction *go = m_registry.makeAction(QStringLiteral("selectTab:"), i, {}, w);
         go->setShortcut(QKeySequence(QStringLiteral("Alt+%1").arg(i + 1)));

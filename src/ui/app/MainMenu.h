@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QObject>
+#include <QPoint>
 #include <QStringList>
 
 class QMenu;
@@ -12,14 +13,18 @@ namespace mirtex {
 
 class CommandRegistry;
 class MainWindow;
+class RecentFiles;
 
 class MainMenu : public QObject
 {
     Q_OBJECT
 
 public:
-    // Every command laid out must already be registered.
-    MainMenu(MainWindow &window, CommandRegistry &registry, QObject *parent = nullptr);
+    // Every command laid out must already be registered; `recent` must outlive the menus.
+    MainMenu(MainWindow &window,
+             CommandRegistry &registry,
+             RecentFiles &recent,
+             QObject *parent = nullptr);
 
     QMenu *menu(const QString &objectName) const;
 
@@ -29,7 +34,9 @@ private:
     void place(QMenu *menu, const QStringList &names);
     void buildEncoding();
     void buildLanguage();
+    void buildFile(RecentFiles &recent);
     void buildWindow();
+    void showTabMenu(int index, const QPoint &globalPos);
 
     MainWindow &m_window;
     CommandRegistry &m_registry;

@@ -42,9 +42,9 @@ std::optional<SaveDialogChoice> DialogQuestions::chooseSaveLocation(QWidget *par
     return SaveDialog::ask(parent, prefs, document, title);
 }
 
-QStringList DialogQuestions::chooseFilesToOpen(QWidget *parent)
+QStringList DialogQuestions::chooseFilesToOpen(QWidget *parent, const QString &folder)
 {
-    return QFileDialog::getOpenFileNames(parent, tr("Apri"));
+    return QFileDialog::getOpenFileNames(parent, tr("Apri"), folder);
 }
 
 QString DialogQuestions::chooseFolderToOpen(QWidget *parent)

@@ -13,7 +13,7 @@ public:
                                                        Preferences &prefs,
                                                        const Document &document,
                                                        const QString &title) override;
-    QStringList chooseFilesToOpen(QWidget *parent) override;
+    QStringList chooseFilesToOpen(QWidget *parent, const QString &folder) override;
     QString chooseFolderToOpen(QWidget *parent) override;
 
 protected:

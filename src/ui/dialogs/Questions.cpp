@@ -48,6 +48,16 @@ Questions::askToReopen(QWidget *parent, const QString &displayName, const QStrin
     return answer == 0 ? ReopenAnswer::reopen : ReopenAnswer::cancel;
 }
 
+ReloadAnswer Questions::askToReload(QWidget *parent, const QString &displayName)
+{
+    const int answer = choose(parent,
+                              {tr("Ricaricare “%1” dal disco?").arg(displayName),
+                               tr("Le modifiche non salvate andranno perse."),
+                               {tr("Ricarica"), tr("Annulla")}},
+                              1);
+    return answer == 0 ? ReloadAnswer::reload : ReloadAnswer::cancel;
+}
+
 MissingFileAnswer Questions::askAboutMissingFile(QWidget *parent, const QString &displayName)
 {
     const int answer = choose(parent,

@@ -43,6 +43,10 @@ enum class ReopenAnswer {
     reopen,
     cancel
 };
+enum class ReloadAnswer {
+    reload,
+    cancel
+};
 enum class MissingFileAnswer {
     keepOpen,
     close
@@ -67,6 +71,8 @@ public:
     Utf8OfferAnswer offerUtf8(QWidget *parent, const QString &encodingLabel);
     // Reopening a modified document in another encoding loses its changes.
     ReopenAnswer askToReopen(QWidget *parent, const QString &displayName, const QString &encoding);
+    // "Ricarica dal disco" on a document with unsaved changes.
+    ReloadAnswer askToReload(QWidget *parent, const QString &displayName);
     MissingFileAnswer askAboutMissingFile(QWidget *parent, const QString &displayName);
     ChangedFileAnswer
     askAboutChangedFile(QWidget *parent, const QString &displayName, bool hasOwnChanges);
@@ -80,8 +86,8 @@ public:
                                                                const Document &document,
                                                                const QString &title)
         = 0;
-    // The open panels; empty when cancelled.
-    virtual QStringList chooseFilesToOpen(QWidget *parent) = 0;
+    // The open panels, starting in `folder` (empty: the panel's own choice); empty when cancelled.
+    virtual QStringList chooseFilesToOpen(QWidget *parent, const QString &folder) = 0;
     virtual QString chooseFolderToOpen(QWidget *parent) = 0;
 
 protected:

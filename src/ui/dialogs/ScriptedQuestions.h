@@ -39,7 +39,14 @@ public:
                                                        const Document &document,
                                                        const QString &title) override;
 
-    QStringList chooseFilesToOpen(QWidget *) override { return {}; }
+    // Cancelled; the folder it was to start in is kept.
+    QStringList chooseFilesToOpen(QWidget *, const QString &folder) override
+    {
+        m_openFolder = folder;
+        return {};
+    }
+
+    const QString &openFolder() const { return m_openFolder; }
 
     QString chooseFolderToOpen(QWidget *) override { return {}; }
 
@@ -50,6 +57,7 @@ private:
     std::deque<QString> m_answers;
     std::deque<std::optional<SaveChoice>> m_saveChoices;
     std::deque<AskedQuestion> m_asked;
+    QString m_openFolder;
 };
 
 } // namespace mirtex

@@ -8,6 +8,15 @@
 
 namespace mirtex {
 
+namespace {
+
+QString formatOf(const Document &doc)
+{
+    return doc.encoding().id() + u'/' + toString(doc.lineEnding());
+}
+
+} // namespace
+
 CommandContext::CommandContext(MainWindow &window, DocumentFlows &flows)
     : QObject(&window)
     , m_window(window)
@@ -70,6 +79,7 @@ void CommandContext::follow(DocumentTab *tab)
     m_hadSelection = hasSelection();
     m_wasReadOnly = tab && tab->document().isReadOnly();
     m_languageId = tab ? tab->document().languageId() : QString();
+    m_format = tab ? formatOf(tab->document()) : QString();
     Q_EMIT changed();
 }
 
@@ -79,10 +89,12 @@ void CommandContext::onStateChanged()
     if (!tab)
         return;
     const Document &doc = tab->document();
-    if (doc.isReadOnly() == m_wasReadOnly && doc.languageId() == m_languageId)
+    const QString format = formatOf(doc);
+    if (doc.isReadOnly() == m_wasReadOnly && doc.languageId() == m_languageId && format == m_format)
         return;
     m_wasReadOnly = doc.isReadOnly();
     m_languageId = doc.languageId();
+    m_format = format;
     Q_EMIT changed();
 }
 

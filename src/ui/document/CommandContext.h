@@ -1,7 +1,7 @@
 // What commands act on: the current tab, its editor and active pane, the window and the document
 // flows. It tells when what the commands' enabled states depend on may have changed: another
-// tab, a tab opened or closed, the current tab's state (read-only, language, encoding) or its
-// selection becoming empty or not.
+// tab, a tab opened or closed, the current tab's state (read-only, language, encoding, line ending)
+// or its selection becoming empty or not.
 #pragma once
 
 #include <QMetaObject>
@@ -61,6 +61,7 @@ private:
     bool m_hadSelection = false;
     bool m_wasReadOnly = false;
     QString m_languageId;
+    QString m_format; // encoding and line ending
 };
 
 } // namespace mirtex

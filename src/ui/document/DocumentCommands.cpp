@@ -4,6 +4,7 @@
 #include "ui/document/CommandContext.h"
 #include "ui/document/DocumentFlows.h"
 #include "ui/document/MainWindow.h"
+#include "ui/document/TabCommands.h"
 
 #include <QCoreApplication>
 
@@ -61,7 +62,10 @@ void DocumentCommands::registerIn(CommandRegistry &registry, CommandContext &con
     registry.add({QStringLiteral("closeTab:"),
                   tr("Chiudi scheda"),
                   QKeySequence::keyBindings(QKeySequence::Close),
-                  onCurrent(&DocumentFlows::closeDocument),
+                  // The tab context menu names its tab.
+                  [c](const QVariant &argument) {
+                      c->flows().closeDocument(TabCommands::tabFor(*c, argument));
+                  },
                   hasDocument});
     // The argument is the tab's index; one past the end selects the last tab.
     registry.add({QStringLiteral("selectTab:"),

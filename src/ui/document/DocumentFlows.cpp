@@ -9,6 +9,7 @@
 #include "ui/editor/EditorView.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QPointer>
@@ -31,6 +32,8 @@ FileProblem unresolvedProblem(const QString &path)
     return FileProblem::other;
 }
 
+// Where the open panel was last used (a key of the preferences store).
+constexpr auto kLastOpenDirectory = "lastOpenDirectory";
 } // namespace
 
 DocumentFlows::DocumentFlows(MainWindow &window, Questions &questions)
@@ -87,6 +90,8 @@ DocumentTab *DocumentFlows::openPath(const QString &path, std::optional<TextEnco
 {
     const QFileInfo info(path);
     const QString canonical = info.canonicalFilePath();
+    if (!info.exists() && !info.isSymLink())
+        return openNewPath(info.absoluteFilePath());
     if (canonical.isEmpty()) {
         report(DocumentError::unreadable(path, unresolvedProblem(path)));
         return nullptr;
@@ -114,7 +119,46 @@ DocumentTab *DocumentFlows::openPath(const QString &path, std::optional<TextEnco
     tab->detectLanguage();
     showFileNotices(tab, *loaded, true);
     m_window.addDocument(tab);
+    replaceUntouchedUntitled(tab);
+    Q_EMIT fileOpened(canonical);
     return tab;
+}
+
+DocumentTab *DocumentFlows::openNewPath(const QString &path)
+{
+    const QFileInfo info(path);
+    for (DocumentTab *existing : m_window.documents()) {
+        if (existing->document().path() == path) {
+            m_window.selectDocument(existing);
+            return existing;
+        }
+    }
+    if (!info.dir().exists()) {
+        m_questions.inform(&m_window,
+                           tr("Impossibile creare “%1”: la cartella “%2” non esiste.")
+                               .arg(info.fileName(), QDir::toNativeSeparators(info.path())));
+        return nullptr;
+    }
+    auto *tab = new DocumentTab(
+        m_prefs, QByteArray(), path, m_window.defaultEncoding(), fallbackLineEnding(), QString());
+    tab->detectLanguage();
+    // Not on disk yet: not a file that went missing.
+    m_reportedMissing.insert(tab->document().id());
+    m_window.addDocument(tab);
+    replaceUntouchedUntitled(tab);
+    return tab;
+}
+
+void DocumentFlows::replaceUntouchedUntitled(DocumentTab *opened)
+{
+    const QList<DocumentTab *> tabs = m_window.documents();
+    if (tabs.size() != 2)
+        return;
+    DocumentTab *other = tabs[0] == opened ? tabs[1] : tabs[0];
+    const Document &doc = other->document();
+    if (!doc.path() && doc.changeCount() == 0 && !doc.isDirty()
+        && other->editor()->text().isEmpty())
+        m_window.discardDocument(other);
 }
 
 bool DocumentFlows::confirmLargeFile(const QString &path)
@@ -175,7 +219,10 @@ bool DocumentFlows::saveAs(DocumentTab *tab)
         = m_questions.chooseSaveLocation(&m_window, m_prefs, tab->document(), tr("Salva con nome"));
     if (!choice)
         return false;
-    return writeAdopting(tab, choice->path, choice->encoding, choice->lineEnding);
+    if (!writeAdopting(tab, choice->path, choice->encoding, choice->lineEnding))
+        return false;
+    Q_EMIT fileOpened(choice->path);
+    return true;
 }
 
 bool DocumentFlows::saveCopy(DocumentTab *tab)
@@ -227,6 +274,32 @@ bool DocumentFlows::closeDocument(DocumentTab *tab)
     if (tab->document().isDirty() && askToSave(tab) == SaveOutcome::cancelled)
         return false;
     m_window.discardDocument(tab);
+    return true;
+}
+
+bool DocumentFlows::closeDocuments(const QList<DocumentTab *> &tabs)
+{
+    for (DocumentTab *tab : tabs) {
+        if (!closeDocument(tab))
+            return false;
+    }
+    return true;
+}
+
+bool DocumentFlows::reloadFromDisk(DocumentTab *tab)
+{
+    if (!tab || !tab->document().path())
+        return false;
+    Document &doc = tab->document();
+    if (doc.isDirty()
+        && m_questions.askToReload(&m_window, doc.displayName()) != ReloadAnswer::reload)
+        return false;
+    auto loaded = Document::read(*doc.path(), doc.encoding(), fallbackLineEnding());
+    if (!loaded) {
+        m_questions.inform(&m_window, loaded.error().description());
+        return false;
+    }
+    doc.reload(*loaded);
     return true;
 }
 
@@ -303,7 +376,18 @@ void DocumentFlows::checkExternalChanges()
 
 void DocumentFlows::showOpenPanel()
 {
-    openPaths(m_questions.chooseFilesToOpen(&m_window));
+    // The current file's folder, else where the last file was opened.
+    QString folder;
+    if (DocumentTab *tab = m_window.currentDocument(); tab && tab->document().path())
+        folder = QFileInfo(*tab->document().path()).absolutePath();
+    if (folder.isEmpty())
+        folder = m_prefs.value(QLatin1String(kLastOpenDirectory)).toString();
+    if (folder.isEmpty())
+        folder = m_prefs.value(QLatin1String(PreferenceKeys::kLastSaveDirectory)).toString();
+    const QStringList paths = m_questions.chooseFilesToOpen(&m_window, folder);
+    if (!paths.isEmpty())
+        m_prefs.setValue(QLatin1String(kLastOpenDirectory), QFileInfo(paths[0]).absolutePath());
+    openPaths(paths);
 }
 
 void DocumentFlows::showOpenFolderPanel()

@@ -37,7 +37,9 @@ public:
     // Opens each path as a document (a folder becomes the workspace). Returns how many documents
     // were opened or selected.
     int openPaths(const QStringList &paths);
-    // Opens one file; a file already open is selected instead. Nothing when refused or failed.
+    // Opens one file; a file already open is selected instead. A path that does not exist in an
+    // existing folder opens as an empty tab of that name, created on disk by the first save.
+    // Nothing when refused or failed.
     DocumentTab *openPath(const QString &path, std::optional<TextEncoding> forced = std::nullopt);
     // The large-file question for files above the threshold: true when the file may be opened.
     bool confirmLargeFile(const QString &path);
@@ -52,6 +54,10 @@ public:
     bool saveAll();
     // Asks about unsaved changes first; "Annulla" keeps the tab.
     bool closeDocument(DocumentTab *tab);
+    // Closes each in turn as closeDocument does; stops at the first cancelled one.
+    bool closeDocuments(const QList<DocumentTab *> &tabs);
+    // Reads the file again, asking first when the tab has unsaved changes.
+    bool reloadFromDisk(DocumentTab *tab);
     // The save question of closing and quitting.
     enum class SaveOutcome {
         saved,
@@ -69,7 +75,14 @@ public:
     void showOpenPanel();
     void showOpenFolderPanel();
 
+Q_SIGNALS:
+    // A file was opened into a tab or saved under a new name (recent files).
+    void fileOpened(const QString &path);
+
 private:
+    DocumentTab *openNewPath(const QString &path);
+    // The first file opened into the window takes the place of an untouched "nuovo 1".
+    void replaceUntouchedUntitled(DocumentTab *opened);
     bool writeAdopting(DocumentTab *tab,
                        const QString &path,
                        std::optional<TextEncoding> encoding,

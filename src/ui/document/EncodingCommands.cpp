@@ -5,6 +5,7 @@
 #include "ui/dialogs/EncodingChoices.h"
 #include "ui/document/CommandContext.h"
 #include "ui/document/DocumentFlows.h"
+#include "ui/document/DocumentTab.h"
 
 #include <QCoreApplication>
 #include <QMenu>
@@ -23,14 +24,24 @@ void EncodingCommands::registerIn(CommandRegistry &registry, CommandContext &con
     };
     auto editable = [c](const QVariant &) { return c->isEditable(); };
     auto tr = [](const char *text) { return QCoreApplication::translate("MainMenu", text); };
+    // The current tab's encoding carries the check mark in both menus.
+    auto isCurrent = [c](const QVariant &id) {
+        const DocumentTab *tab = c->currentTab();
+        return tab && tab->document().encoding().id() == id.toString();
+    };
 
-    registry.add(
-        {kConvert, tr("Converti in"), {}, withEncoding(&DocumentFlows::convertEncoding), editable});
+    registry.add({kConvert,
+                  tr("Converti in"),
+                  {},
+                  withEncoding(&DocumentFlows::convertEncoding),
+                  editable,
+                  isCurrent});
     registry.add({kReopen,
                   tr("Riapri con codifica"),
                   {},
                   withEncoding(&DocumentFlows::reopenWithEncoding),
-                  [c](const QVariant &) { return c->hasDocument(); }});
+                  [c](const QVariant &) { return c->hasDocument(); },
+                  isCurrent});
     registry.add({kLineEnding,
                   tr("Fine riga"),
                   {},
@@ -39,7 +50,11 @@ void EncodingCommands::registerIn(CommandRegistry &registry, CommandContext &con
                       if (DocumentTab *tab = c->currentTab(); tab && ending)
                           c->flows().setLineEnding(tab, *ending);
                   },
-                  editable});
+                  editable,
+                  [c](const QVariant &id) {
+                      const DocumentTab *tab = c->currentTab();
+                      return tab && toString(tab->document().lineEnding()) == id.toString();
+                  }});
 }
 
 QMenu *EncodingCommands::encodingMenu(CommandRegistry &registry,

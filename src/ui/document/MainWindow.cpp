@@ -42,6 +42,13 @@ MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
     m_tabs->setUsesScrollButtons(true);
     m_tabs->tabBar()->setExpanding(false);
     m_tabs->tabBar()->installEventFilter(this);
+    m_tabs->tabBar()->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(m_tabs->tabBar(), &QWidget::customContextMenuRequested, this, [this](QPoint at) {
+        QTabBar *bar = m_tabs->tabBar();
+        const int index = bar->tabAt(at);
+        if (auto *tab = index >= 0 ? tabForPage(m_tabs->widget(index)) : nullptr)
+            Q_EMIT tabMenuRequested(tab, bar->mapToGlobal(at));
+    });
     setCentralWidget(m_tabs);
     setStatusBar(m_statusBar);
     m_statusBar->setVisible(m_prefs.showStatusBar());
@@ -132,17 +139,22 @@ QString MainWindow::nextUntitledName() const
     return mirtex::nextUntitledName(inUse);
 }
 
-DocumentTab *MainWindow::newDocument(const QString &text)
+TextEncoding MainWindow::defaultEncoding() const
 {
     // A well-formed identifier may still name a set we cannot convert: such a document could
     // never be saved in its own encoding.
     auto encoding = TextEncoding::fromId(m_prefs.defaultEncodingID());
     if (!encoding || !findCharacterSet(encoding->encoding))
-        encoding = TextEncoding::utf8();
+        return TextEncoding::utf8();
+    return *encoding;
+}
+
+DocumentTab *MainWindow::newDocument(const QString &text)
+{
     auto *tab = new DocumentTab(m_prefs,
                                 text.toUtf8(),
                                 std::nullopt,
-                                *encoding,
+                                defaultEncoding(),
                                 lineEndingFromPreference(m_prefs.defaultLineEndingID()),
                                 nextUntitledName());
     addDocument(tab);
@@ -227,6 +239,12 @@ void MainWindow::removeTab(DocumentTab *tab)
 void MainWindow::openWorkspace(const QString &folder)
 {
     m_sidebar->addFolder(folder);
+    setSidebarVisible(true);
+}
+
+void MainWindow::revealInSidebar(const QString &path)
+{
+    m_sidebar->reveal(path);
     setSidebarVisible(true);
 }
 

@@ -4,8 +4,10 @@
 #pragma once
 
 #include "core/app/Preferences.h"
+#include "core/document/TextEncoding.h"
 
 #include <QMainWindow>
+#include <QPoint>
 
 #include <functional>
 #include <memory>
@@ -42,6 +44,8 @@ public:
     // The open document of this file, if any.
     DocumentTab *findByPath(const QString &canonicalPath) const;
 
+    // The encoding of new documents: the preference when it can be written, else UTF-8.
+    TextEncoding defaultEncoding() const;
     // A new untitled document with the default encoding and line ending.
     DocumentTab *newDocument(const QString &text = {});
     // Adds a prepared tab (opened or restored) and selects it; the window owns it.
@@ -51,6 +55,9 @@ public:
     void discardDocument(DocumentTab *tab);
 
     void openWorkspace(const QString &folder);
+    // Shows the file in the sidebar: in the workspace folder that holds it, else in its own folder
+    // added to the workspace.
+    void revealInSidebar(const QString &path);
     QStringList workspaceFolders() const;
 
     WorkspaceSidebar *sidebar() const { return m_sidebar; }
@@ -74,6 +81,8 @@ Q_SIGNALS:
     void closeRequested(mirtex::DocumentTab *tab);
     // Files or folders dropped on the window or chosen in the sidebar.
     void openRequested(const QStringList &paths);
+    // The user right-clicked a tab (at `globalPos`).
+    void tabMenuRequested(mirtex::DocumentTab *tab, const QPoint &globalPos);
 
 protected:
     void closeEvent(QCloseEvent *event) override;

@@ -124,6 +124,16 @@ void ViewCommands::registerIn(CommandRegistry &registry, CommandContext &context
                         "Sempre in primo piano",
                         &Preferences::alwaysOnTop,
                         &Preferences::setAlwaysOnTop));
+    // Not a setting: a window starts as it was left by the window manager, not full screen.
+    registry.add({QStringLiteral("toggleFullScreen:"),
+                  tr("Schermo intero"),
+                  {QKeySequence(Qt::Key_F11)},
+                  [c](const QVariant &) {
+                      MainWindow &w = c->window();
+                      w.setWindowState(w.windowState() ^ Qt::WindowFullScreen);
+                  },
+                  {},
+                  [c](const QVariant &) { return c->window().isFullScreen(); }});
 }
 
 } // namespace mirtex

@@ -62,7 +62,42 @@ void WorkspaceSidebar::addFolder(const QString &folder)
 void WorkspaceSidebar::showFolder(const QString &folder)
 {
     m_tree->setRootIndex(m_model->setRootPath(folder));
+    m_shownFolder = folder;
     setWindowTitle(QFileInfo(folder).fileName());
+}
+
+void WorkspaceSidebar::reveal(const QString &path)
+{
+    const QFileInfo info(path);
+    const QString file = info.exists() ? info.canonicalFilePath() : info.absoluteFilePath();
+    QString holder;
+    for (const QString &folder : m_folders) {
+        if (file.startsWith(folder + u'/') && folder.size() > holder.size())
+            holder = folder;
+    }
+    if (holder.isEmpty()) {
+        addFolder(QFileInfo(file).absolutePath());
+    } else {
+        m_folderChooser->setCurrentIndex(int(m_folders.indexOf(holder)));
+        showFolder(holder);
+    }
+    // The model fills in folders as it reads them; index() makes the path known to it at once.
+    const QModelIndex index = m_model->index(file);
+    if (!index.isValid())
+        return;
+    m_tree->setCurrentIndex(index);
+    m_tree->scrollTo(index);
+}
+
+QString WorkspaceSidebar::shownFolder() const
+{
+    return m_shownFolder;
+}
+
+QString WorkspaceSidebar::selectedPath() const
+{
+    const QModelIndex index = m_tree->currentIndex();
+    return index.isValid() ? m_model->filePath(index) : QString();
 }
 
 void WorkspaceSidebar::setShowHidden(bool show)

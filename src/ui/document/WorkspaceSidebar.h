@@ -25,6 +25,13 @@ public:
 
     void setShowHidden(bool show);
 
+    // Selects `path` in the folder of the workspace that holds it (the innermost), adding the
+    // file's own folder when none does.
+    void reveal(const QString &path);
+    // The folder shown and the entry selected in it (empty when none).
+    QString shownFolder() const;
+    QString selectedPath() const;
+
 Q_SIGNALS:
     void fileActivated(const QString &path);
 
@@ -32,6 +39,7 @@ private:
     void showFolder(const QString &folder);
 
     QStringList m_folders;
+    QString m_shownFolder;
     QComboBox *m_folderChooser;
     QFileSystemModel *m_model;
     QTreeView *m_tree;

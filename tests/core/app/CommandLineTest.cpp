@@ -124,3 +124,32 @@ TEST(CommandLineTest, InvalidSnapshotValuesAreRefused)
         EXPECT_FALSE(line.error.isEmpty()) << arguments;
     }
 }
+
+TEST(CommandLineTest, HelpAndVersionWinOverEverythingButTheSelfTest)
+{
+    const struct
+    {
+        const char *arguments;
+        Mode mode;
+    } cases[] = {
+        {"--help", Mode::help},
+        {"-h", Mode::help},
+        {"a.txt --bogus --help", Mode::help},
+        {"--snapshot --help", Mode::help},
+        {"--version", Mode::version},
+        {"--new-instance --version a.txt", Mode::version},
+        {"--version --help", Mode::help},
+        {"--help --selftest", Mode::selfTest},
+    };
+
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.arguments);
+        EXPECT_EQ(CommandLine::parse(words(c.arguments), kWorkingDir).mode, c.mode);
+    }
+
+    EXPECT_EQ(CommandLine::versionText(), QStringLiteral("Mirtex++ 0.1.0\n"));
+    const QString help = CommandLine::helpText();
+    EXPECT_TRUE(help.startsWith(QStringLiteral("Uso: mirtex"))) << help.toStdString();
+    for (const char *option : {"--new-instance", "--help", "--version", "--snapshot", "--out"})
+        EXPECT_TRUE(help.contains(QLatin1String(option))) << option;
+}

@@ -1,0 +1,151 @@
+#include "ui/document/TabCommands.h"
+
+#include "ui/commands/CommandRegistry.h"
+#include "ui/document/CommandContext.h"
+#include "ui/document/DocumentFlows.h"
+#include "ui/document/DocumentTab.h"
+#include "ui/document/MainWindow.h"
+
+#include <QClipboard>
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QMenu>
+
+namespace mirtex {
+
+namespace {
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("MainMenu", text);
+}
+
+} // namespace
+
+DocumentTab *TabCommands::tabFor(const CommandContext &context, const QVariant &argument)
+{
+    if (!argument.isValid())
+        return context.currentTab();
+    const QList<DocumentTab *> tabs = context.window().documents();
+    const int index = argument.toInt();
+    return index >= 0 && index < tabs.size() ? tabs[index] : nullptr;
+}
+
+void TabCommands::registerIn(CommandRegistry &registry, CommandContext &context)
+{
+    CommandContext *c = &context;
+    MainWindow *w = &context.window();
+    // The tabs after `tab` (or every tab but it), in order.
+    auto others = [w](DocumentTab *tab, bool rightOnly) {
+        QList<DocumentTab *> tabs = w->documents();
+        const qsizetype at = tabs.indexOf(tab);
+        if (at < 0)
+            return QList<DocumentTab *>();
+        if (rightOnly)
+            return tabs.mid(at + 1);
+        tabs.removeAt(at);
+        return tabs;
+    };
+    auto step = [w](int by) {
+        return [w, by](const QVariant &) {
+            const int count = int(w->documents().size());
+            if (count > 1)
+                w->selectIndex((w->currentIndex() + by + count) % count);
+        };
+    };
+    auto hasPath = [c](const QVariant &argument) {
+        const DocumentTab *tab = tabFor(*c, argument);
+        return tab && tab->document().path();
+    };
+    auto onDisk = [c](const QVariant &argument) {
+        const DocumentTab *tab = tabFor(*c, argument);
+        return tab && tab->document().path() && QFileInfo::exists(*tab->document().path());
+    };
+    auto severalTabs = [w](const QVariant &) { return w->documents().size() > 1; };
+
+    registry.add({QStringLiteral("selectNextTab:"),
+                  tr("Scheda successiva"),
+                  {QKeySequence(Qt::CTRL | Qt::Key_PageDown), QKeySequence(Qt::CTRL | Qt::Key_Tab)},
+                  step(1),
+                  severalTabs});
+    registry.add({QStringLiteral("selectPreviousTab:"),
+                  tr("Scheda precedente"),
+                  {QKeySequence(Qt::CTRL | Qt::Key_PageUp),
+                   QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab)},
+                  step(-1),
+                  severalTabs});
+    registry.add(
+        {QStringLiteral("reloadFromDisk:"),
+         tr("Ricarica dal disco"),
+         {},
+         [c](const QVariant &argument) { c->flows().reloadFromDisk(tabFor(*c, argument)); },
+         onDisk});
+    registry.add({QStringLiteral("closeOtherTabs:"),
+                  tr("Chiudi le altre schede"),
+                  {},
+                  [c, others](const QVariant &argument) {
+                      c->flows().closeDocuments(others(tabFor(*c, argument), false));
+                  },
+                  [c, others](const QVariant &argument) {
+                      return !others(tabFor(*c, argument), false).isEmpty();
+                  }});
+    registry.add({QStringLiteral("closeTabsToTheRight:"),
+                  tr("Chiudi le schede a destra"),
+                  {},
+                  [c, others](const QVariant &argument) {
+                      c->flows().closeDocuments(others(tabFor(*c, argument), true));
+                  },
+                  [c, others](const QVariant &argument) {
+                      return !others(tabFor(*c, argument), true).isEmpty();
+                  }});
+    registry.add({QStringLiteral("closeAllTabs:"),
+                  tr("Chiudi tutte le schede"),
+                  {QKeySequence(QStringLiteral("Ctrl+Shift+W"))},
+                  [c, w](const QVariant &) { c->flows().closeDocuments(w->documents()); },
+                  [c](const QVariant &) { return c->hasDocument(); }});
+    registry.add({QStringLiteral("copyPath:"),
+                  tr("Copia percorso"),
+                  {},
+                  [c](const QVariant &argument) {
+                      if (const DocumentTab *tab = tabFor(*c, argument);
+                          tab && tab->document().path())
+                          QGuiApplication::clipboard()->setText(
+                              QDir::toNativeSeparators(*tab->document().path()));
+                  },
+                  hasPath});
+    registry.add({QStringLiteral("revealInSidebar:"),
+                  tr("Mostra nella barra laterale"),
+                  {},
+                  [c, w](const QVariant &argument) {
+                      if (const DocumentTab *tab = tabFor(*c, argument);
+                          tab && tab->document().path())
+                          w->revealInSidebar(*tab->document().path());
+                  },
+                  hasPath});
+}
+
+QMenu *TabCommands::tabMenu(CommandRegistry &registry, int index, QWidget *parent)
+{
+    auto *menu = new QMenu(parent);
+    menu->setObjectName(QStringLiteral("mirtex.menu.tab"));
+    const QVariant argument(index);
+    for (const char *name : {"closeTab:",
+                             "closeOtherTabs:",
+                             "closeTabsToTheRight:",
+                             "closeAllTabs:",
+                             "",
+                             "reloadFromDisk:",
+                             "copyPath:",
+                             "revealInSidebar:"}) {
+        if (!*name)
+            menu->addSeparator();
+        else if (QAction *action
+                 = registry.makeAction(QLatin1String(name), argument, QString(), menu))
+            menu->addAction(action);
+    }
+    return menu;
+}
+
+} // namespace mirtex
