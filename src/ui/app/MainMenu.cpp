@@ -20,6 +20,7 @@ MainMenu::MainMenu(MainWindow &window, CommandRegistry &registry, QObject *paren
           {QStringLiteral("newDocument:"),
            QStringLiteral("openDocument:"),
            QStringLiteral("openFolder:"),
+           QStringLiteral("recoverUnsavedText:"),
            {},
            QStringLiteral("saveDocument:"),
            QStringLiteral("saveDocumentAs:"),
