@@ -121,7 +121,7 @@ void BM_SessionLoad(benchmark::State &state)
         store.write(tabs.documents, 3, {QStringLiteral("/home/anna")}, true);
     }
     for (auto _ : state) {
-        const SessionStore store;
+        SessionStore store;
         const auto session = store.load();
         qsizetype characters = 0;
         for (const SessionState::Entry &entry : session->entries) {

@@ -74,11 +74,51 @@ TextRange selectionFrom(const QJsonValue &value)
     return {*location, *length};
 }
 
+const QStringList kEntryKeys{QStringLiteral("id"),
+                             QStringLiteral("path"),
+                             QStringLiteral("untitledName"),
+                             QStringLiteral("hasBackup"),
+                             QStringLiteral("encoding"),
+                             QStringLiteral("lineEnding"),
+                             QStringLiteral("language"),
+                             QStringLiteral("selection"),
+                             QStringLiteral("scroll"),
+                             QStringLiteral("bookmarks"),
+                             QStringLiteral("readOnly"),
+                             QStringLiteral("split"),
+                             QStringLiteral("backup")};
+const QStringList kStateKeys{QStringLiteral("entries"),
+                             QStringLiteral("selected"),
+                             QStringLiteral("workspace"),
+                             QStringLiteral("sidebarVisible")};
+
+QJsonObject unknownKeys(const QJsonObject &object, const QStringList &known)
+{
+    QJsonObject unknown;
+    for (auto it = object.begin(); it != object.end(); ++it) {
+        if (!known.contains(it.key()))
+            unknown.insert(it.key(), it.value());
+    }
+    return unknown;
+}
+
+bool hasSessionShape(const QJsonObject &object)
+{
+    const QJsonValue entries = object.value(u"entries");
+    if (!entries.isArray())
+        return false;
+    for (const QJsonValue &entry : entries.toArray()) {
+        if (!entry.isObject() || !entry.toObject().value(u"id").isString())
+            return false;
+    }
+    return true;
+}
+
 } // namespace
 
 QJsonObject SessionState::Entry::toJson() const
 {
-    QJsonObject object;
+    QJsonObject object = unknown;
     object.insert(u"id", id);
     if (path)
         object.insert(u"path", *path);
@@ -97,6 +137,8 @@ QJsonObject SessionState::Entry::toJson() const
     object.insert(u"readOnly", readOnly);
     if (split)
         object.insert(u"split", *split);
+    if (backupName)
+        object.insert(u"backup", *backupName);
     return object;
 }
 
@@ -133,6 +175,8 @@ SessionState::Entry SessionState::Entry::fromJson(const QJsonObject &object)
     const auto split = optionalString(object, QLatin1StringView("split"));
     if (split == u"side" || split == u"stacked")
         entry.split = split;
+    entry.backupName = optionalString(object, QLatin1StringView("backup"));
+    entry.unknown = unknownKeys(object, kEntryKeys);
     return entry;
 }
 
@@ -141,7 +185,7 @@ QJsonObject SessionState::toJson() const
     QJsonArray array;
     for (const Entry &entry : entries)
         array.append(entry.toJson());
-    QJsonObject object;
+    QJsonObject object = unknown;
     object.insert(u"entries", array);
     object.insert(u"selected", qint64(selected));
     object.insert(u"workspace", QJsonArray::fromStringList(workspace));
@@ -158,7 +202,8 @@ std::optional<SessionState> SessionState::fromJson(const QByteArray &bytes)
 {
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(bytes, &error);
-    if (error.error != QJsonParseError::NoError || !document.isObject())
+    if (error.error != QJsonParseError::NoError || !document.isObject()
+        || !hasSessionShape(document.object()))
         return std::nullopt;
     return fromJson(document.object());
 }
@@ -177,6 +222,7 @@ SessionState SessionState::fromJson(const QJsonObject &object)
             state.workspace.append(folder.toString());
     }
     state.sidebarVisible = boolOr(object, QLatin1StringView("sidebarVisible"), false);
+    state.unknown = unknownKeys(object, kStateKeys);
     return state;
 }
 

@@ -30,10 +30,14 @@ struct SessionState
         QList<qsizetype> bookmarks;                // line indexes from 0
         bool readOnly = false;
         std::optional<QString> split; // "side" or "stacked"; absent when not split
+        // The backup's file name when it is not "<id>.txt" (that path was taken by a folder).
+        std::optional<QString> backupName;
+        // Keys this version does not know (written by a newer one), kept as they were.
+        QJsonObject unknown;
 
         QJsonObject toJson() const;
-        // Never fails: values that are absent, unknown or of the wrong type take the defaults
-        // above. The earlier encoding name "utf8" reads as "4".
+        // Never fails: values that are absent or of the wrong type take the defaults above;
+        // unknown keys go to `unknown`. The earlier encoding name "utf8" reads as "4".
         static Entry fromJson(const QJsonObject &object);
 
         friend bool operator==(const Entry &, const Entry &) = default;
@@ -43,11 +47,13 @@ struct SessionState
     qsizetype selected = 0; // index into entries; not clamped here
     QStringList workspace;  // folder paths of the workspace sidebar
     bool sidebarVisible = false;
+    QJsonObject unknown; // top-level keys this version does not know, kept as they were
 
     QJsonObject toJson() const;
     QByteArray toJsonBytes() const;
-    // nullopt when the bytes are not JSON or not a JSON object ("does not decode"). Entries that
-    // are not objects are dropped; other wrong values take their defaults.
+    // nullopt when the bytes are not JSON or not of the session's shape ("does not decode"): an
+    // object whose "entries" is an array of objects, each with a string "id". Other wrong values
+    // take their defaults.
     static std::optional<SessionState> fromJson(const QByteArray &bytes);
     static SessionState fromJson(const QJsonObject &object);
 

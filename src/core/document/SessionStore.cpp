@@ -2,14 +2,25 @@
 // tabs, so a write where nothing changed must not touch the disk at all.
 #include "core/document/SessionStore.h"
 
+#include "core/document/FileProblem.h"
+#include "core/document/SessionFolder.h"
+#include "core/document/SessionRecovery.h"
+
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QLoggingCategory>
 #include <QSaveFile>
+#include <QUuid>
+
+#include <cerrno>
 
 namespace mirtex {
 
 namespace {
+
+Q_LOGGING_CATEGORY(lcSession, "mirtex.session")
 
 const auto kSessionFile = QStringLiteral("session.json");
 const auto kPreviousSessionFile = QStringLiteral("session.json.bak");
@@ -24,18 +35,31 @@ bool isUsableId(const QString &id)
            && id.size() <= 200;
 }
 
+bool isUsableBackupName(const QString &id, const QString &name)
+{
+    return isUsableId(name) && name.startsWith(id + u'.') && name.endsWith(kBackupSuffix);
+}
+
+QString failureText(const QString &path, int error)
+{
+    return path + QStringLiteral(": ") + describe(fileProblemFromErrno(error));
+}
+
 // Unbuffered, so that a short write (disk full, file size limit) is seen here: a buffered
 // QSaveFile can commit a truncated file when the final flush fails.
 bool writeAtomically(const QString &path, const QByteArray &bytes, QString *failure)
 {
     QSaveFile file(path);
-    const bool written = file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)
-                         && file.write(bytes) == bytes.size()
-                         && file.error() == QFileDevice::NoError;
+    errno = 0;
+    bool written = file.open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+    if (written)
+        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+    written = written && file.write(bytes) == bytes.size() && file.error() == QFileDevice::NoError;
+    const int writeError = errno;
     if (written && file.commit())
         return true;
     if (failure)
-        *failure = path + QStringLiteral(": ") + file.errorString();
+        *failure = failureText(path, writeError != 0 ? writeError : errno);
     file.cancelWriting();
     return false;
 }
@@ -43,9 +67,32 @@ bool writeAtomically(const QString &path, const QByteArray &bytes, QString *fail
 std::optional<QByteArray> readAll(const QString &path)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
         return std::nullopt;
     return file.readAll();
+}
+
+// Every entry keeps a distinct id. When ids repeat, the entry that owns the backup keeps the id
+// (the first with one, else the first); the others are given new ids and lose their claim to a
+// backup file that is not theirs.
+void giveRepeatedIdsFreshOnes(QList<SessionState::Entry> &entries)
+{
+    QHash<QString, qsizetype> keeper;
+    for (qsizetype i = 0; i < entries.size(); ++i) {
+        const auto found = keeper.constFind(entries[i].id);
+        if (found == keeper.constEnd())
+            keeper.insert(entries[i].id, i);
+        else if (entries[i].hasBackup && !entries[*found].hasBackup)
+            keeper[entries[i].id] = i;
+    }
+    for (qsizetype i = 0; i < entries.size(); ++i) {
+        SessionState::Entry &entry = entries[i];
+        if (keeper.value(entry.id) == i)
+            continue;
+        entry.id = QUuid::createUuid().toString(QUuid::WithoutBraces);
+        entry.hasBackup = false;
+        entry.backupName.reset();
+    }
 }
 
 } // namespace
@@ -72,15 +119,21 @@ QString SessionStore::sessionFilePath() const
     return QDir(m_folder).filePath(kSessionFile);
 }
 
+QString SessionStore::backupName(const QString &id) const
+{
+    return m_backupNames.value(id, id + kBackupSuffix);
+}
+
 QString SessionStore::backupFilePath(const QString &id) const
 {
-    return QDir(m_folder).filePath(kBackupFolder + u'/' + id + kBackupSuffix);
+    return QDir(m_folder).filePath(kBackupFolder + u'/' + backupName(id));
 }
 
 SessionWriteResult SessionStore::write(const QList<SessionDocument> &documents,
                                        qsizetype selected,
                                        const QStringList &workspace,
-                                       bool sidebarVisible)
+                                       bool sidebarVisible,
+                                       const QList<SessionState::Entry> &carried)
 {
     SessionWriteResult result;
     auto fail = [&result](const QString &what) {
@@ -94,19 +147,20 @@ SessionWriteResult SessionStore::write(const QList<SessionDocument> &documents,
     state.selected = selected;
     state.workspace = workspace;
     state.sidebarVisible = sidebarVisible;
-    state.entries.reserve(documents.size());
+    state.entries.reserve(documents.size() + carried.size());
     QSet<QString> keep;
     bool folderMade = false;
     for (const SessionDocument &document : documents) {
         SessionState::Entry entry = document.entry;
         entry.hasBackup = document.needsBackup && isUsableId(entry.id);
         if (entry.hasBackup) {
-            keep.insert(entry.id);
             const bool current = document.changeCount == document.backedUpChangeCount
-                                 && m_backupsOnDisk->contains(entry.id);
+                                 && m_backupsOnDisk->contains(backupName(entry.id));
             if (!current) {
                 if (!folderMade)
-                    folderMade = QDir().mkpath(QDir(m_folder).filePath(kBackupFolder));
+                    folderMade
+                        = SessionFolder::makePrivate(m_folder)
+                          && SessionFolder::makePrivate(QDir(m_folder).filePath(kBackupFolder));
                 QString failure;
                 const QByteArray utf8 = document.utf8Text ? document.utf8Text() : QByteArray();
                 if (writeBackup(entry.id, utf8, &failure))
@@ -114,16 +168,25 @@ SessionWriteResult SessionStore::write(const QList<SessionDocument> &documents,
                 else
                     fail(failure);
             }
+            keep.insert(backupName(entry.id));
+            if (m_backupNames.contains(entry.id))
+                entry.backupName = m_backupNames.value(entry.id);
         }
         state.entries.append(std::move(entry));
+    }
+    // Not restored yet: written back as they were read, their backups left alone.
+    for (const SessionState::Entry &entry : carried) {
+        if (entry.hasBackup && isUsableId(entry.id))
+            keep.insert(entry.backupName.value_or(entry.id + kBackupSuffix));
+        state.entries.append(entry);
     }
 
     const QByteArray bytes = state.toJsonBytes();
     if (bytes == m_lastWritten)
         return result;
 
-    if (!QDir().mkpath(m_folder)) {
-        fail(m_folder + QStringLiteral(": cannot create the folder"));
+    if (!SessionFolder::makePrivate(m_folder)) {
+        fail(failureText(m_folder, errno));
         return result;
     }
     // The file on disk is good if this store wrote it; otherwise (first write of the run) it is
@@ -143,15 +206,26 @@ SessionWriteResult SessionStore::write(const QList<SessionDocument> &documents,
     m_lastWritten = bytes;
     if (previous && *previous != bytes)
         writeAtomically(QDir(m_folder).filePath(kPreviousSessionFile), *previous, nullptr);
-    removeStaleBackups(keep);
+    pruneBackups(keep);
     return result;
 }
 
 bool SessionStore::writeBackup(const QString &id, const QByteArray &utf8, QString *failure)
 {
+    // A folder where the backup belongs would fail every write: the backup goes beside it.
+    if (QFileInfo(backupFilePath(id)).isDir()) {
+        const QDir folder(QDir(m_folder).filePath(kBackupFolder));
+        QString name;
+        for (int n = 1; name.isEmpty() || QFileInfo::exists(folder.filePath(name)); ++n)
+            name = id + u'.' + QString::number(n) + kBackupSuffix;
+        qCWarning(lcSession).noquote()
+            << "the backup path" << folder.filePath(id + kBackupSuffix)
+            << "is a folder; the backup is written to" << folder.filePath(name);
+        m_backupNames.insert(id, name);
+    }
     if (!writeAtomically(backupFilePath(id), utf8, failure))
         return false;
-    m_backupsOnDisk->insert(id);
+    m_backupsOnDisk->insert(backupName(id));
     return true;
 }
 
@@ -161,44 +235,74 @@ void SessionStore::rememberBackupsOnDisk()
         return;
     m_backupsOnDisk.emplace();
     const QDir folder(QDir(m_folder).filePath(kBackupFolder));
-    for (const QString &name : folder.entryList(QDir::Files | QDir::Hidden)) {
-        if (name.endsWith(kBackupSuffix))
-            m_backupsOnDisk->insert(name.chopped(kBackupSuffix.size()));
-    }
+    for (const QString &name : folder.entryList(QDir::Files | QDir::Hidden))
+        m_backupsOnDisk->insert(name);
 }
 
-void SessionStore::removeStaleBackups(const QSet<QString> &keep)
+void SessionStore::pruneBackups(const QSet<QString> &keep)
 {
     QDir folder(QDir(m_folder).filePath(kBackupFolder));
     for (const QString &name : folder.entryList(QDir::Files | QDir::Hidden | QDir::System)) {
-        const QString id
-            = name.endsWith(kBackupSuffix) ? name.chopped(kBackupSuffix.size()) : QString();
-        if (!id.isEmpty() && keep.contains(id))
+        if (keep.contains(name))
             continue;
-        if (folder.remove(name) && !id.isEmpty())
-            m_backupsOnDisk->remove(id);
+        const bool removed = !name.endsWith(kBackupSuffix) || m_owned.contains(name)
+                                 ? folder.remove(name) // a closed or saved tab's, or a leftover
+                                 : SessionRecovery::moveIn(m_folder, folder.filePath(name));
+        if (removed)
+            m_backupsOnDisk->remove(name);
+    }
+    m_owned = keep;
+    if (!m_recoveryExpired) {
+        m_recoveryExpired = true;
+        SessionRecovery::expire(m_folder, QDateTime::currentDateTime());
     }
 }
 
-std::optional<SessionState> SessionStore::load() const
+std::optional<SessionState> SessionStore::load()
 {
     for (const QString &name : {kSessionFile, kPreviousSessionFile}) {
-        if (const auto bytes = readAll(QDir(m_folder).filePath(name))) {
-            if (auto state = SessionState::fromJson(*bytes))
-                return state;
+        const auto bytes = readAll(QDir(m_folder).filePath(name));
+        if (!bytes)
+            continue;
+        auto state = SessionState::fromJson(*bytes);
+        if (!state) {
+            qCWarning(lcSession).noquote() << name << "is damaged or not a session; not used";
+            continue;
         }
+        giveRepeatedIdsFreshOnes(state->entries);
+        for (SessionState::Entry &entry : state->entries) {
+            if (entry.backupName && !isUsableBackupName(entry.id, *entry.backupName))
+                entry.backupName.reset();
+            if (entry.backupName)
+                m_backupNames.insert(entry.id, *entry.backupName);
+            if (entry.hasBackup && isUsableId(entry.id))
+                m_owned.insert(backupName(entry.id));
+        }
+        return state;
     }
     return std::nullopt;
 }
 
-std::optional<QByteArray> SessionStore::readBackup(const QString &id) const
+std::optional<QByteArray>
+SessionStore::readBackup(const QString &id, const std::optional<QString> &name, bool *repaired)
 {
+    if (repaired)
+        *repaired = false;
     if (!isUsableId(id))
         return std::nullopt;
+    if (name && isUsableBackupName(id, *name))
+        m_backupNames.insert(id, *name);
     auto bytes = readAll(backupFilePath(id));
-    if (!bytes || !bytes->isValidUtf8())
-        return std::nullopt;
-    return bytes;
+    if (!bytes || bytes->isValidUtf8())
+        return bytes;
+    // The text is kept with each bad sequence shown as U+FFFD; the bytes as they were stay in
+    // the recovery folder, since the repaired text replaces the backup at the next write.
+    SessionRecovery::copyIn(m_folder, backupFilePath(id));
+    if (repaired)
+        *repaired = true;
+    qCWarning(lcSession).noquote()
+        << backupFilePath(id) << "is not valid UTF-8; a copy is kept in the recovery folder";
+    return QString::fromUtf8(*bytes).toUtf8();
 }
 
 void SessionStore::removeSessionFile()

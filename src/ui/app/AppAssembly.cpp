@@ -7,6 +7,7 @@
 #include "ui/app/AppearanceController.h"
 #include "ui/app/MainMenu.h"
 #include "ui/app/QtTranslations.h"
+#include "ui/app/RecoveryCommands.h"
 #include "ui/app/SecondaryWindows.h"
 #include "ui/app/SessionKeeper.h"
 #include "ui/app/ThemeCommands.h"
@@ -47,6 +48,7 @@ AppAssembly::AppAssembly(Preferences &prefs,
     LanguageCommands::registerIn(commands, *m_context);
     ThemeCommands::registerIn(commands, prefs);
     AppCommands::registerIn(commands, *m_delegate, *m_window, *m_secondaryWindows);
+    RecoveryCommands::registerIn(commands, *m_window, questions, m_delegate->session());
 
     m_menu = std::make_unique<MainMenu>(*m_window, commands, *m_recentFiles);
     QObject::connect(m_flows,

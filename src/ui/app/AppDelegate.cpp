@@ -3,6 +3,7 @@
 #include "core/app/Preferences.h"
 #include "core/app/UrlEvent.h"
 #include "ui/app/SessionKeeper.h"
+#include "ui/dialogs/Questions.h"
 #include "ui/document/DocumentFlows.h"
 #include "ui/document/DocumentTab.h"
 #include "ui/document/MainWindow.h"
@@ -62,10 +63,15 @@ void AppDelegate::handleUrlEvent(const QString &url)
     reopen();
 }
 
+bool AppDelegate::remembersTabs() const
+{
+    return m_prefs.rememberSession() && m_session && m_session->isWriter();
+}
+
 void AppDelegate::launch(bool showWindow)
 {
     bool restored = false;
-    if (m_prefs.rememberSession() && m_session)
+    if (remembersTabs())
         restored = m_session->restore(m_flows);
     if (!restored)
         m_main.newDocument();
@@ -85,6 +91,16 @@ void AppDelegate::launch(bool showWindow)
     m_sessionTimer->setInterval(kSessionPeriodMs);
     connect(m_sessionTimer, &QTimer::timeout, this, &AppDelegate::writeSessionIfRemembered);
     m_sessionTimer->start();
+
+    // Said once, when the window is up: its tabs will not come back.
+    if (m_prefs.rememberSession() && m_session && !m_session->isWriter())
+        QTimer::singleShot(0, this, [this]() {
+            m_flows.questions().inform(
+                &m_main,
+                tr("Un'altra finestra di Mirtex++ sta già salvando la sessione: questa finestra "
+                   "non la ricorderà."),
+                tr("Alla chiusura ti verrà chiesto di salvare i documenti modificati."));
+        });
 }
 
 void AppDelegate::reopen()
@@ -98,7 +114,8 @@ void AppDelegate::reopen()
 
 void AppDelegate::writeSessionIfRemembered()
 {
-    if (m_launched && m_session && m_prefs.rememberSession())
+    // Never before the restore is over: the session on disk still holds what is not back yet.
+    if (m_launched && remembersTabs())
         m_session->write(m_main);
 }
 
@@ -106,11 +123,24 @@ bool AppDelegate::shouldTerminate()
 {
     if (!m_launched)
         return true;
-    if (m_prefs.rememberSession()) {
-        if (m_session)
-            m_session->write(m_main);
+    if (remembersTabs()) {
+        while (const auto failure = m_session->write(m_main)) {
+            switch (m_flows.questions().askAboutUnwrittenSession(&m_main, *failure)) {
+            case UnwrittenSessionAnswer::retry:
+                continue;
+            case UnwrittenSessionAnswer::quitAnyway:
+                return true;
+            case UnwrittenSessionAnswer::saveDocuments:
+                return askToSaveEach();
+            }
+        }
         return true;
     }
+    return askToSaveEach();
+}
+
+bool AppDelegate::askToSaveEach()
+{
     if (m_closeApproved)
         return true;
     for (DocumentTab *tab : m_main.documents()) {
@@ -130,7 +160,7 @@ void AppDelegate::willTerminate()
     m_terminated = true;
     if (m_sessionTimer)
         m_sessionTimer->stop();
-    if (!m_prefs.rememberSession() && m_session)
+    if (!m_prefs.rememberSession() && m_session && m_session->isWriter())
         m_session->remove();
 }
 

@@ -29,6 +29,9 @@ public:
                 QObject *parent = nullptr);
     ~AppDelegate() override;
 
+    // Null when there is no session storage.
+    const SessionKeeper *session() const { return m_session.get(); }
+
     const QStringList &pendingPaths() const { return m_pendingPaths; }
 
     const QStringList &pendingTexts() const { return m_pendingTexts; }
@@ -52,6 +55,11 @@ public:
     void writeSessionIfRemembered();
 
 private:
+    // The session is on and this process is its writer.
+    bool remembersTabs() const;
+    // Asks about each modified tab; false when the user cancelled.
+    bool askToSaveEach();
+
     Preferences &m_prefs;
     DocumentFlows &m_flows;
     MainWindow &m_main;

@@ -78,7 +78,8 @@ void MainMenu::buildFile(RecentFiles &recent)
            QStringLiteral("openFolder:")});
     RecentFileCommands::addRecentMenu(m_registry, recent, file);
     place(file,
-          {QStringLiteral("reloadFromDisk:"),
+          {QStringLiteral("recoverUnsavedText:"),
+           QStringLiteral("reloadFromDisk:"),
            {},
            QStringLiteral("saveDocument:"),
            QStringLiteral("saveDocumentAs:"),

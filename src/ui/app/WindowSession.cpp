@@ -1,6 +1,8 @@
 #include "ui/app/WindowSession.h"
 
 #include "core/app/Preferences.h"
+#include "core/document/SessionFolder.h"
+#include "core/document/SessionLock.h"
 #include "core/document/SessionRestore.h"
 #include "core/languages/Language.h"
 #include "ui/document/DocumentFlows.h"
@@ -9,17 +11,40 @@
 #include "ui/editor/EditorAnnotations.h"
 #include "ui/editor/EditorView.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
+#include <QLoggingCategory>
 
 namespace mirtex {
 
+namespace {
+Q_LOGGING_CATEGORY(lcWindowSession, "mirtex.session")
+} // namespace
+
 WindowSession::WindowSession(Preferences &prefs, const QString &folder)
     : m_prefs(prefs)
+    , m_lock(std::make_unique<SessionLock>(folder))
     , m_store(folder)
-{}
-
-void WindowSession::write(MainWindow &window)
 {
+    if (m_lock->isHeld())
+        SessionFolder::makeAllPrivate(folder);
+    else
+        qCInfo(lcWindowSession).noquote()
+            << "the session in" << folder << "is kept by process" << m_lock->holder()
+            << "; this one runs without a session";
+}
+
+WindowSession::~WindowSession() = default;
+
+bool WindowSession::isWriter() const
+{
+    return m_lock->isHeld();
+}
+
+std::optional<QString> WindowSession::write(MainWindow &window)
+{
+    if (!isWriter())
+        return std::nullopt;
     const QList<DocumentTab *> tabs = window.documents();
     QList<SessionDocument> documents;
     documents.reserve(tabs.size());
@@ -49,8 +74,12 @@ void WindowSession::write(MainWindow &window)
         item.utf8Text = [editor]() { return editor->utf8Text(); };
         documents.append(std::move(item));
     }
-    const SessionWriteResult result = m_store.write(
-        documents, window.currentIndex(), window.workspaceFolders(), window.isSidebarVisible());
+    const SessionWriteResult result
+        = m_store.write(documents,
+                        window.currentIndex(),
+                        window.workspaceFolders(),
+                        window.isSidebarVisible(),
+                        m_notRestored.value_or(QList<SessionState::Entry>()));
     // Only backups really written count; a failed write is tried again at the next tick.
     for (DocumentTab *tab : tabs) {
         const auto written
@@ -58,25 +87,36 @@ void WindowSession::write(MainWindow &window)
         if (written != result.backedUpChangeCounts.end())
             tab->document().setBackedUpChangeCount(*written);
     }
+    if (result.succeeded)
+        return std::nullopt;
+    qCWarning(lcWindowSession).noquote() << "session not written:" << result.failure;
+    return result.failure;
 }
 
 void WindowSession::remove()
 {
-    m_store.removeSessionFile();
+    if (isWriter())
+        m_store.removeSessionFile();
 }
 
 bool WindowSession::restore(DocumentFlows &flows)
 {
+    if (!isWriter())
+        return false;
     MainWindow &window = flows.window();
     auto state = m_store.load();
     if (!state)
         return false;
     SessionRestore::nameUntitledEntries(state->entries);
     int opened = 0;
+    m_notRestored = state->entries;
     for (const SessionState::Entry &entry : std::as_const(state->entries)) {
+        // Carried until its tab exists: a write during its large-file question keeps it as it was.
         if (restoreEntry(flows, entry))
             ++opened;
+        m_notRestored->removeFirst();
     }
+    m_notRestored.reset();
     if (const auto selected
         = SessionRestore::clampSelected(state->selected, window.documents().size()))
         window.selectIndex(int(*selected));
@@ -96,8 +136,9 @@ bool WindowSession::restoreEntry(DocumentFlows &flows, const SessionState::Entry
     const LineEnding ending = lineEndingFromString(entry.lineEnding).value_or(LineEnding::lf);
 
     std::optional<QByteArray> backup;
+    bool repaired = false;
     if (entry.hasBackup)
-        backup = m_store.readBackup(entry.id);
+        backup = m_store.readBackup(entry.id, entry.backupName, &repaired);
     // The file on disk: the text itself, or what a backup is compared with.
     std::optional<LoadedFile> disk;
     if (entry.path && flows.confirmLargeFile(*entry.path)) {
@@ -106,9 +147,9 @@ bool WindowSession::restoreEntry(DocumentFlows &flows, const SessionState::Entry
         else if (auto detected = Document::read(*entry.path, std::nullopt, fallbackEnding))
             disk = std::move(*detected);
     }
-    // An empty untitled tab has no backup; it comes back empty. A file that cannot be read and
-    // has no backup is gone.
-    if (!backup && !disk && entry.path)
+    // Neither a backup nor a file: nothing to bring back (an untitled tab whose backup is gone
+    // would come back empty, a file that cannot be read is gone).
+    if (!backup && !disk)
         return false;
 
     const QUuid id
@@ -129,7 +170,7 @@ bool WindowSession::restoreEntry(DocumentFlows &flows, const SessionState::Entry
     tab->setLanguage(Language::byId(entry.language));
     if (disk)
         doc.setFileModificationDate(disk->modified);
-    if (backup)
+    if (backup && !repaired)
         doc.setBackedUpChangeCount(doc.changeCount()); // the backup already holds this text
     flows.window().addDocument(tab);
     tab->setReadOnly(entry.readOnly || (disk && disk->readOnly && !backup));

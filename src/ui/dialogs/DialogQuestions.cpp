@@ -1,10 +1,19 @@
 #include "ui/dialogs/DialogQuestions.h"
 
 #include <QFileDialog>
+#include <QInputDialog>
 #include <QMessageBox>
 #include <QPushButton>
 
 namespace mirtex {
+
+int DialogQuestions::chooseFromList(QWidget *parent, const AskedQuestion &question)
+{
+    bool chosen = false;
+    const QString item = QInputDialog::getItem(
+        parent, question.message, question.informative, question.buttons, 0, false, &chosen);
+    return chosen ? int(question.buttons.indexOf(item)) : -1;
+}
 
 int DialogQuestions::choose(QWidget *parent, const AskedQuestion &question, int escapeIndex)
 {

@@ -68,6 +68,47 @@ MissingFileAnswer Questions::askAboutMissingFile(QWidget *parent, const QString 
     return answer == 1 ? MissingFileAnswer::close : MissingFileAnswer::keepOpen;
 }
 
+UnwrittenSessionAnswer Questions::askAboutUnwrittenSession(QWidget *parent, const QString &reason)
+{
+    const int answer
+        = choose(parent,
+                 {tr("Non è stato possibile salvare la sessione."),
+                  tr("%1\n\nUscendo ora, il testo non salvato potrebbe non essere ripristinato al "
+                     "prossimo avvio.")
+                      .arg(reason),
+                  {tr("Riprova"), tr("Salva i documenti…"), tr("Esci comunque")}},
+                 1);
+    switch (answer) {
+    case 0:
+        return UnwrittenSessionAnswer::retry;
+    case 2:
+        return UnwrittenSessionAnswer::quitAnyway;
+    default:
+        return UnwrittenSessionAnswer::saveDocuments;
+    }
+}
+
+std::optional<int> Questions::chooseRecoveredText(QWidget *parent, const QStringList &labels)
+{
+    const int answer = chooseFromList(
+        parent,
+        {tr("Recupera testo non salvato"),
+         tr("Testo di schede chiuse senza salvare o di sessioni danneggiate, tenuto per 30 "
+            "giorni. Scegli quale aprire in una nuova scheda:"),
+         labels});
+    if (answer < 0 || answer >= labels.size())
+        return std::nullopt;
+    return answer;
+}
+
+int Questions::chooseFromList(QWidget *parent, const AskedQuestion &question)
+{
+    AskedQuestion withCancel = question;
+    withCancel.buttons.append(tr("Annulla"));
+    const int answer = choose(parent, withCancel, int(question.buttons.size()));
+    return answer < question.buttons.size() ? answer : -1;
+}
+
 ChangedFileAnswer
 Questions::askAboutChangedFile(QWidget *parent, const QString &displayName, bool hasOwnChanges)
 {

@@ -55,6 +55,11 @@ enum class ChangedFileAnswer {
     reload,
     ignore
 };
+enum class UnwrittenSessionAnswer {
+    retry,
+    saveDocuments,
+    quitAnyway
+};
 
 class Questions
 {
@@ -76,6 +81,11 @@ public:
     MissingFileAnswer askAboutMissingFile(QWidget *parent, const QString &displayName);
     ChangedFileAnswer
     askAboutChangedFile(QWidget *parent, const QString &displayName, bool hasOwnChanges);
+    // Quitting when the session or a backup could not be written; `reason` says what failed.
+    // Closing the box saves the documents one by one, the choice that loses nothing.
+    UnwrittenSessionAnswer askAboutUnwrittenSession(QWidget *parent, const QString &reason);
+    // One of the texts set aside in the recovery folder, by index; nothing when cancelled.
+    std::optional<int> chooseRecoveredText(QWidget *parent, const QStringList &labels);
 
     // A message with a single "OK".
     virtual void inform(QWidget *parent, const QString &message, const QString &informative = {})
@@ -93,6 +103,9 @@ public:
 protected:
     // The index of the button chosen; closing the box chooses `escapeIndex`.
     virtual int choose(QWidget *parent, const AskedQuestion &question, int escapeIndex) = 0;
+    // One of `question.buttons` picked from a list (too many for buttons); -1 when cancelled.
+    // By default asked with choose() and one more button, "Annulla".
+    virtual int chooseFromList(QWidget *parent, const AskedQuestion &question);
 };
 
 } // namespace mirtex

@@ -1,5 +1,7 @@
 #include "core/document/SessionState.h"
 
+#include <QJsonArray>
+
 #include <gtest/gtest.h>
 
 using namespace mirtex;
@@ -37,6 +39,7 @@ TEST(SessionStateTest, RoundTripsEveryField)
     untitled.id = QStringLiteral("A1");
     untitled.untitledName = QStringLiteral("nuovo 2");
     untitled.hasBackup = true;
+    untitled.backupName = QStringLiteral("A1.1.txt");
     state.entries = {saved, untitled};
     state.selected = 1;
     state.workspace = {QStringLiteral("/home/anna/src")};
@@ -48,12 +51,13 @@ TEST(SessionStateTest, RoundTripsEveryField)
 TEST(SessionStateTest, WrongValuesTakeDefaultsAndNonObjectsDoNotDecode)
 {
     const auto state = SessionState::fromJson(QByteArrayLiteral(
-        R"({"entries":[3,{"id":7,"path":"","encoding":12,"lineEnding":"mac","language":"",)"
+        R"({"entries":[{"id":"k","path":"","encoding":12,"lineEnding":"mac","language":"",)"
         R"("selection":[5,-1],"scroll":"top","bookmarks":[2,"3",-1,4.5,6],"readOnly":1,)"
         R"("split":"diagonal","untitledName":"nuovo 3"}],"selected":"1","workspace":["/a",2]})"));
     ASSERT_TRUE(state);
     ASSERT_EQ(state->entries.size(), 1);
     SessionState::Entry expected;
+    expected.id = QStringLiteral("k");
     expected.untitledName = QStringLiteral("nuovo 3");
     expected.encoding = QStringLiteral("12");
     expected.bookmarks = {2, 6};
@@ -61,8 +65,32 @@ TEST(SessionStateTest, WrongValuesTakeDefaultsAndNonObjectsDoNotDecode)
     EXPECT_EQ(state->selected, 0);
     EXPECT_EQ(state->workspace, QStringList{QStringLiteral("/a")});
 
-    for (const char *bytes : {"", "[]", "42", "\"x\"", R"({"entries":[{"id":"x")"})
+    // Valid JSON of the wrong shape is as damaged as a truncated file.
+    for (const char *bytes : {"",
+                              "[]",
+                              "42",
+                              "\"x\"",
+                              R"({"entries":[{"id":"x")",
+                              "{}",
+                              R"({"entries":{}})",
+                              R"({"entries":[3]})",
+                              R"({"entries":[{"id":7}]})",
+                              R"({"entries":[{"path":"/a"}]})"})
         EXPECT_FALSE(SessionState::fromJson(QByteArray(bytes))) << bytes;
+}
+
+TEST(SessionStateTest, KeysOfANewerVersionAreKept)
+{
+    const QByteArray newer
+        = R"({"entries":[{"id":"a","colour":"blu","pins":[1,2]}],"layout":{"grid":3}})";
+    const auto state = SessionState::fromJson(newer);
+    ASSERT_TRUE(state);
+    const auto again = SessionState::fromJson(state->toJsonBytes());
+    ASSERT_TRUE(again);
+    EXPECT_EQ(again->unknown.value(u"layout").toObject().value(u"grid").toInt(), 3);
+    EXPECT_EQ(again->entries[0].unknown.value(u"colour").toString(), u"blu");
+    EXPECT_EQ(again->entries[0].unknown.value(u"pins").toArray().size(), 2);
+    EXPECT_EQ(again->entries[0].id, u"a");
 }
 
 TEST(SessionStateTest, ScrollIsALineNumberAnEditorCanTake)

@@ -1,7 +1,11 @@
 #include "core/document/SessionStore.h"
 
+#include "core/document/SessionFolder.h"
+#include "core/document/SessionRecovery.h"
+
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -111,7 +115,7 @@ TEST_F(SessionStoreTest, WritesBackupsOnlyWhenTheChangeCountMovedAndLoadsThemBac
     EXPECT_EQ(edited.backedUpChangeCounts, (QHash<QString, qint64>{{"a", 4}}));
     EXPECT_EQ(textsAsked, 1);
 
-    const SessionStore reader;
+    SessionStore reader;
     const auto state = reader.load();
     ASSERT_TRUE(state);
     ASSERT_EQ(state->entries.size(), 3);
@@ -146,21 +150,164 @@ TEST_F(SessionStoreTest, BackupsKeepTheEditorsBytesExactly)
     ASSERT_TRUE(damaged.open(QIODevice::WriteOnly));
     damaged.write("ok \xC3(");
     damaged.close();
-    EXPECT_EQ(SessionStore().readBackup(QStringLiteral("a")), std::nullopt);
+    // The text comes back with the bad byte shown as U+FFFD; the bytes as they were are kept.
+    bool repaired = false;
+    EXPECT_EQ(SessionStore().readBackup(QStringLiteral("a"), std::nullopt, &repaired),
+              "ok \xEF\xBF\xBD(");
+    EXPECT_TRUE(repaired);
+    const auto recovered = SessionRecovery::list(folder());
+    ASSERT_EQ(recovered.size(), 1);
+    EXPECT_EQ(contents(recovered[0].path), "ok \xC3(");
 }
 
-TEST_F(SessionStoreTest, RemovesBackupsNoEntryNames)
+// Only what the session this store wrote or loaded named is deleted; anything else no entry names
+// (a damaged session, another run's leftovers) is set aside in the recovery folder.
+TEST_F(SessionStoreTest, DeletesOnlyItsOwnClosedTabsBackupsAndSetsTheRestAside)
 {
+    const QString backups = folder() + QStringLiteral("/backup");
     SessionStore store;
     write(store, {{"a", std::nullopt, true, 1, -1, "a"}, {"b", std::nullopt, true, 1, -1, "b"}});
-    QFile stray(QDir(folder()).filePath(QStringLiteral("backup/stray.tmp")));
+    QFile stray(QDir(backups).filePath(QStringLiteral("stray.tmp")));
     ASSERT_TRUE(stray.open(QIODevice::WriteOnly));
     stray.close();
 
-    // "a" was closed; "b" was saved and is clean now.
+    // "a" was closed; "b" is still there.
+    write(store, {{"b", std::nullopt, true, 1, 1, "b"}});
+    EXPECT_EQ(QDir(backups).entryList(QDir::Files), QStringList{QStringLiteral("b.txt")});
+    EXPECT_TRUE(SessionRecovery::list(folder()).isEmpty());
+
+    // A run that never read the session does not know whose "b" is: it is set aside, not lost.
     SessionStore restarted;
-    EXPECT_TRUE(write(restarted, {{"b", QStringLiteral("/tmp/b"), false, 1, 1, "b"}}).succeeded);
-    EXPECT_TRUE(QDir(folder() + QStringLiteral("/backup")).isEmpty());
+    write(restarted, {{"c", std::nullopt, true, 1, -1, "c"}});
+    EXPECT_EQ(QDir(backups).entryList(QDir::Files), QStringList{QStringLiteral("c.txt")});
+    const auto recovered = SessionRecovery::list(folder());
+    ASSERT_EQ(recovered.size(), 1);
+    EXPECT_EQ(recovered[0].firstLine, u"b");
+
+    // A run that read the session owns "c": saving it deletes its backup.
+    SessionStore reader;
+    ASSERT_TRUE(reader.load());
+    write(reader, {{"c", QStringLiteral("/tmp/c"), false, 2, 1, "c"}});
+    EXPECT_TRUE(QDir(backups).entryList(QDir::Files).isEmpty());
+    EXPECT_EQ(SessionRecovery::list(folder()).size(), 1);
+}
+
+TEST_F(SessionStoreTest, DamagedSessionsNeverCostABackup)
+{
+    for (const QByteArray &damage :
+         {QByteArray(R"({"entries":[{"id":"a","hasB)"), QByteArray("[1,2]"), QByteArray("{}")}) {
+        SCOPED_TRACE(damage.toStdString());
+        QDir(folder()).removeRecursively();
+        SessionStore store;
+        write(store, {{"a", std::nullopt, true, 1, -1, "a"}});
+        for (const QString &file : QStringList{store.sessionFilePath(),
+                                               store.sessionFilePath() + QStringLiteral(".bak")}) {
+            QFile session(file);
+            ASSERT_TRUE(session.open(QIODevice::WriteOnly | QIODevice::Truncate));
+            session.write(damage);
+        }
+        SessionStore next;
+        EXPECT_FALSE(next.load());
+        write(next, {});
+        const auto recovered = SessionRecovery::list(folder());
+        ASSERT_EQ(recovered.size(), 1);
+        EXPECT_EQ(contents(recovered[0].path), "a");
+    }
+}
+
+TEST_F(SessionStoreTest, RepeatedIdsGetFreshOnesAndNoOtherTabsText)
+{
+    QDir().mkpath(folder() + QStringLiteral("/backup"));
+    QFile backup(folder() + QStringLiteral("/backup/d.txt"));
+    ASSERT_TRUE(backup.open(QIODevice::WriteOnly));
+    backup.write("testo di d");
+    backup.close();
+    QFile session(folder() + QStringLiteral("/session.json"));
+    ASSERT_TRUE(session.open(QIODevice::WriteOnly));
+    session.write(R"({"entries":[{"id":"d","path":"/tmp/d1"},{"id":"d","hasBackup":true},)"
+                  R"({"id":"d","hasBackup":true}]})");
+    session.close();
+
+    SessionStore store;
+    const auto state = store.load();
+    ASSERT_TRUE(state);
+    ASSERT_EQ(state->entries.size(), 3);
+    EXPECT_EQ(state->entries[1].id, u"d") << "the first entry with a backup keeps the id";
+    EXPECT_TRUE(state->entries[1].hasBackup);
+    for (int i : {0, 2}) {
+        EXPECT_NE(state->entries[i].id, u"d") << i;
+        EXPECT_FALSE(state->entries[i].hasBackup) << i;
+    }
+    EXPECT_NE(state->entries[0].id, state->entries[2].id);
+}
+
+TEST_F(SessionStoreTest, ABackupPathTakenByAFolderIsWrittenBeside)
+{
+    ASSERT_TRUE(QDir().mkpath(folder() + QStringLiteral("/backup/a.txt")));
+    SessionStore store;
+    const auto result = write(store, {{"a", std::nullopt, true, 1, -1, "salvato accanto"}});
+    EXPECT_TRUE(result.succeeded) << result.failure.toStdString();
+    EXPECT_EQ(result.backedUpChangeCounts.value(QStringLiteral("a")), 1);
+
+    SessionStore next;
+    const auto state = next.load();
+    ASSERT_TRUE(state);
+    EXPECT_EQ(state->entries[0].backupName, u"a.1.txt");
+    EXPECT_EQ(next.readBackup(QStringLiteral("a"), state->entries[0].backupName),
+              "salvato accanto");
+}
+
+TEST_F(SessionStoreTest, StateFilesAreTheUsersAlone)
+{
+    SessionStore store;
+    write(store, {{"a", std::nullopt, true, 1, -1, "privato"}});
+    write(store, {{"a", std::nullopt, true, 2, 1, "privato 2"}}, 1);
+    const auto folderMode = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
+    const auto fileMode = QFile::ReadOwner | QFile::WriteOwner;
+    auto mode = [](const QString &path) {
+        return QFileInfo(path).permissions()
+               & ~(QFile::ReadUser | QFile::WriteUser | QFile::ExeUser);
+    };
+    EXPECT_EQ(mode(folder()), folderMode);
+    EXPECT_EQ(mode(folder() + QStringLiteral("/backup")), folderMode);
+    for (const QString &file : QStringList{store.sessionFilePath(),
+                                           store.sessionFilePath() + QStringLiteral(".bak"),
+                                           store.backupFilePath(QStringLiteral("a"))})
+        EXPECT_EQ(mode(file), fileMode) << file.toStdString();
+
+    // Files an earlier version left with the umask's modes are fixed at start.
+    QFile::setPermissions(store.backupFilePath(QStringLiteral("a")),
+                          fileMode | QFile::ReadGroup | QFile::ReadOther);
+    QFile::setPermissions(folder(), folderMode | QFile::ReadOther | QFile::ExeOther);
+    SessionFolder::makeAllPrivate(folder());
+    EXPECT_EQ(mode(store.backupFilePath(QStringLiteral("a"))), fileMode);
+    EXPECT_EQ(mode(folder()), folderMode);
+}
+
+TEST_F(SessionStoreTest, RecoveredTextsAreKeptThirtyDays)
+{
+    const QDateTime now = QDateTime::currentDateTime();
+    const QString recovery = SessionRecovery::folderPath(folder());
+    QDir().mkpath(recovery);
+
+    const struct
+    {
+        const char *name;
+        int ageDays;
+        bool kept;
+    } cases[] = {{"vecchio.txt", 31, false}, {"recente.txt", 29, true}, {"futuro.txt", -3, true}};
+
+    for (const auto &c : cases) {
+        QFile file(QDir(recovery).filePath(QString::fromLatin1(c.name)));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("x");
+        file.flush();
+        ASSERT_TRUE(file.setFileTime(now.addDays(-c.ageDays), QFileDevice::FileModificationTime));
+    }
+    SessionRecovery::expire(folder(), now);
+    for (const auto &c : cases)
+        EXPECT_EQ(QFile::exists(QDir(recovery).filePath(QString::fromLatin1(c.name))), c.kept)
+            << c.name;
 }
 
 TEST_F(SessionStoreTest, FallsBackToThePreviousSessionWhenTheFileIsDamaged)
@@ -171,7 +318,9 @@ TEST_F(SessionStoreTest, FallsBackToThePreviousSessionWhenTheFileIsDamaged)
     const QString sessionFile = store.sessionFilePath();
     const QByteArray written = contents(sessionFile);
 
-    for (const QByteArray &damage : {written.left(written.size() / 2), QByteArray("[1,2]")}) {
+    for (const QByteArray &damage : {written.left(written.size() / 2),
+                                     QByteArray("[1,2]"),
+                                     QByteArray(R"({"entries":{"id":"x"}})")}) {
         QFile file(sessionFile);
         ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
         file.write(damage);

@@ -6,6 +6,7 @@
 #include "support/QStringPrinter.h"
 #include "ui/app/AppDelegate.h"
 #include "ui/app/MainMenu.h"
+#include "ui/app/RecoveryCommands.h"
 #include "ui/app/SecondaryWindows.h"
 #include "ui/commands/CommandRegistry.h"
 #include "ui/dialogs/ScriptedQuestions.h"
@@ -18,6 +19,7 @@
 #include <QAction>
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPointer>
@@ -223,4 +225,133 @@ TEST(AppDelegateTest, QuitWithoutSessionAsksForEachModifiedDocument)
 
     EXPECT_TRUE(delegate.shouldTerminate()) << "approved once, quitting asks nothing more";
     EXPECT_EQ(asked.size(), 2u);
+}
+
+namespace {
+
+// A session whose writes fail a given number of times, as a full or read-only state disk does.
+class FailingSession : public SessionKeeper
+{
+public:
+    explicit FailingSession(int failures, bool writer = true)
+        : m_failures(failures)
+        , m_writer(writer)
+    {}
+
+    bool isWriter() const override { return m_writer; }
+
+    bool restore(DocumentFlows &) override { return false; }
+
+    std::optional<QString> write(MainWindow &) override
+    {
+        ++writes;
+        if (m_failures-- > 0)
+            return u"/stato/session.json: spazio esaurito sul disco"_s;
+        return std::nullopt;
+    }
+
+    void remove() override { ++removals; }
+
+    QString folderPath() const override { return {}; }
+
+    int writes = 0;
+    int removals = 0;
+
+private:
+    int m_failures;
+    bool m_writer;
+};
+
+} // namespace
+
+TEST(AppDelegateTest, QuitAsksWhenTheSessionCannotBeWritten)
+{
+    const struct
+    {
+        QStringList answers;
+        int failures;
+        bool quits;
+        int writes;
+        qsizetype asked;
+    } cases[] = {
+        {{u"Riprova"_s}, 1, true, 2, 1},                           // the retry works
+        {{u"Riprova"_s, u"Esci comunque"_s}, 5, true, 2, 2},       // gives up knowingly
+        {{u"Salva i documenti…"_s, u"Annulla"_s}, 5, false, 1, 2}, // then cancels saving
+        {{}, 0, true, 1, 0},                                       // written: nothing asked
+    };
+
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.answers.join(u", "_s).toStdString());
+        QTemporaryDir dir;
+        Preferences prefs(dir.filePath(u"settings.conf"_s));
+        ScriptedQuestions questions(std::deque<QString>(c.answers.begin(), c.answers.end()));
+        auto session = std::make_unique<FailingSession>(c.failures);
+        FailingSession *keeper = session.get();
+        AppAssembly app(prefs, questions, std::move(session));
+        app.delegate().launch(false);
+        type(app.window().documents()[0], u"mai salvato"_s);
+
+        EXPECT_EQ(app.delegate().shouldTerminate(), c.quits);
+        EXPECT_EQ(keeper->writes, c.writes);
+        ASSERT_EQ(questions.asked().size(), size_t(c.asked));
+        if (c.asked > 0) {
+            const AskedQuestion &first = questions.asked().front();
+            EXPECT_EQ(first.message, u"Non è stato possibile salvare la sessione."_s);
+            EXPECT_TRUE(first.informative.contains(u"spazio esaurito sul disco"_s));
+            EXPECT_EQ(first.buttons,
+                      (QStringList{u"Riprova"_s, u"Salva i documenti…"_s, u"Esci comunque"_s}));
+        }
+    }
+}
+
+// A second instance does not keep the session: it says so once, never writes or removes it,
+// and asks about its modified tabs at quit since they will not come back.
+TEST(AppDelegateTest, AnInstanceWithoutTheSessionSaysSoAndAsksAtQuit)
+{
+    QTemporaryDir dir;
+    Preferences prefs(dir.filePath(u"settings.conf"_s));
+    ScriptedQuestions questions({u"Non salvare"_s});
+    auto session = std::make_unique<FailingSession>(0, false);
+    FailingSession *keeper = session.get();
+    AppAssembly app(prefs, questions, std::move(session));
+    app.delegate().launch(false);
+    QCoreApplication::processEvents();
+    ASSERT_EQ(questions.asked().size(), 1u);
+    EXPECT_EQ(questions.asked()[0].message,
+              u"Un'altra finestra di Mirtex++ sta già salvando la sessione: questa finestra "
+              u"non la ricorderà."_s);
+    type(app.window().documents()[0], u"testo"_s);
+    app.delegate().writeSessionIfRemembered();
+    EXPECT_TRUE(app.delegate().shouldTerminate());
+    app.delegate().willTerminate();
+    EXPECT_EQ(questions.asked().size(), 2u);
+    EXPECT_EQ(questions.asked()[1].message, u"Salvare le modifiche a “nuovo 1”?"_s);
+    EXPECT_EQ(keeper->writes, 0);
+    EXPECT_EQ(keeper->removals, 0);
+}
+
+// "Recupera testo non salvato…" in the File menu opens a text set aside as a modified tab.
+TEST(RecoveryCommandsTest, ARecoveredTextOpensAsAModifiedUntitledTab)
+{
+    QTemporaryDir dir;
+    Preferences prefs(dir.filePath(u"settings.conf"_s));
+    ScriptedQuestions questions;
+    AppAssembly app(prefs, questions);
+    QAction *recover = app.commands().action(u"recoverUnsavedText:"_s);
+    ASSERT_TRUE(recover);
+    EXPECT_TRUE(app.menu().menu(u"mirtex.menu.file"_s)->actions().contains(recover));
+    recover->trigger();
+    ASSERT_EQ(questions.asked().size(), 1u);
+    EXPECT_EQ(questions.asked()[0].message, u"Non c'è testo non salvato da recuperare."_s);
+
+    const QString path = dir.filePath(u"20260101-120000-x.txt"_s);
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("ritrovato \xFF\n");
+    file.close();
+    DocumentTab *tab = RecoveryCommands::openRecovered(app.window(), path);
+    ASSERT_TRUE(tab);
+    EXPECT_EQ(tab->editor()->text(), u"ritrovato \uFFFD\n"_s);
+    EXPECT_TRUE(tab->document().isDirty());
+    EXPECT_FALSE(tab->document().path());
 }

@@ -2,6 +2,7 @@
 // SIGTERM writes the session at once.
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -115,4 +116,44 @@ TEST(SessionProcess, UnsavedTextSurvivesKillAndTermWritesAtOnce)
     EXPECT_EQ(second.process().exitStatus(), QProcess::NormalExit);
     // Written by the signal, not by a timer tick, and still holding the restored text.
     EXPECT_EQ(backupText(folder, sessionEntries(sessionFile), text), text);
+}
+
+// Two windows started on purpose as separate instances share the state folder: only the first
+// keeps the session; the second never writes, prunes or takes over the first's backups.
+TEST(SessionProcess, ASecondInstanceLeavesTheFirstsSessionAlone)
+{
+    QTemporaryDir home;
+    const QString folder = home.path() + QStringLiteral("/state/Mirtex");
+    const QString sessionFile = folder + QStringLiteral("/session.json");
+    const QString text = QStringLiteral("della prima");
+
+    ProgramRun first(home.path());
+    first.start({QStringLiteral("mirtex:?text=della%20prima")});
+    ASSERT_TRUE(waitFor(
+        [&] { return !backupText(folder, sessionEntries(sessionFile), text).isEmpty(); }, 20000));
+    auto snapshot = [&] {
+        QStringList files{sessionFile};
+        for (const QString &name : QDir(folder + QStringLiteral("/backup")).entryList(QDir::Files))
+            files.append(folder + QStringLiteral("/backup/") + name);
+        QByteArray all;
+        for (const QString &file : files) {
+            QFile f(file);
+            all += file.toUtf8() + (f.open(QIODevice::ReadOnly) ? f.readAll() : "<missing>");
+        }
+        return all;
+    };
+    const QByteArray before = snapshot();
+
+    ProgramRun second(home.path());
+    second.start({QStringLiteral("mirtex:?text=della%20seconda")});
+    QThread::msleep(10000); // past the second's first periodic write
+    EXPECT_EQ(snapshot(), before) << "the second instance wrote into the first's session";
+    ::kill(pid_t(second.process().processId()), SIGTERM);
+    ASSERT_TRUE(second.process().waitForFinished(10000));
+    EXPECT_EQ(snapshot(), before) << "the second instance wrote at its termination";
+
+    ::kill(pid_t(first.process().processId()), SIGTERM);
+    ASSERT_TRUE(first.process().waitForFinished(10000));
+    EXPECT_EQ(backupText(folder, sessionEntries(sessionFile), text), text);
+    EXPECT_EQ(QFileInfo(folder).permissions() & 0x0077, 0) << "the state folder is private";
 }

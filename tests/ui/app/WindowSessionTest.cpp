@@ -12,6 +12,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QTabWidget>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -137,4 +138,79 @@ TEST_F(WindowSessionTest, EarlierFormatRestoresOneTab)
     EXPECT_EQ(tab->editor()->selection(), (TextRange{0, 5}))
         << "the selection is clamped to the text";
     EXPECT_TRUE(tab->editor()->annotations().bookmarkedLines().empty());
+}
+
+TEST_F(WindowSessionTest, ReadOnlyTabsComeBackLockedAndMarked)
+{
+    const QString path = dir.filePath(QStringLiteral("bloccato.txt"));
+    writeFile(path, "non toccare\n");
+    {
+        MainWindow window(prefs);
+        DocumentFlows flows(window, questions);
+        WindowSession session(prefs, state);
+        flows.openPath(path)->setReadOnly(true);
+        session.write(window);
+    }
+    MainWindow window(prefs);
+    DocumentFlows flows(window, questions);
+    WindowSession session(prefs, state);
+    ASSERT_TRUE(session.restore(flows));
+    DocumentTab *tab = window.documents().value(0);
+    ASSERT_TRUE(tab);
+    EXPECT_TRUE(tab->document().isReadOnly());
+    EXPECT_TRUE(tab->editor()->primaryPane()->isReadOnly());
+    auto *tabs = window.findChild<QTabWidget *>();
+    ASSERT_TRUE(tabs);
+    EXPECT_EQ(tabs->tabText(0), QStringLiteral("bloccato.txt (sola lettura)"));
+}
+
+// A second window on the same state folder neither restores nor rewrites the first's session.
+TEST_F(WindowSessionTest, OnlyTheFirstInstanceKeepsTheSession)
+{
+    MainWindow window(prefs);
+    DocumentFlows flows(window, questions);
+    WindowSession first(prefs, state);
+    ASSERT_TRUE(first.isWriter());
+    type(window.newDocument(), "della prima");
+    ASSERT_FALSE(first.write(window));
+    const QStringList firstBackups = backups();
+    ASSERT_EQ(firstBackups.size(), 1);
+
+    MainWindow other(prefs);
+    DocumentFlows otherFlows(other, questions);
+    WindowSession second(prefs, state);
+    EXPECT_FALSE(second.isWriter());
+    EXPECT_FALSE(second.restore(otherFlows));
+    EXPECT_TRUE(other.documents().isEmpty());
+    type(other.newDocument(), "della seconda");
+    EXPECT_FALSE(second.write(other));
+    second.remove();
+    EXPECT_EQ(backups(), firstBackups);
+    EXPECT_TRUE(QFile::exists(state + QStringLiteral("/session.json")));
+}
+
+TEST_F(WindowSessionTest, DamagedEntriesAreSkippedOrRepairedNeverEmptied)
+{
+    QDir().mkpath(state + QStringLiteral("/backup"));
+    writeFile(state + QStringLiteral("/backup/rotto.txt"), "caff\xE8 \xC3\xA8");
+    writeFile(state + QStringLiteral("/session.json"),
+              R"({"entries":[{"id":"perso","hasBackup":true,"untitledName":"nuovo 1"},)"
+              R"({"id":"vuoto","untitledName":"nuovo 2"},)"
+              R"({"id":"rotto","hasBackup":true,"untitledName":"nuovo 3"}]})");
+    MainWindow window(prefs);
+    DocumentFlows flows(window, questions);
+    WindowSession session(prefs, state);
+    ASSERT_TRUE(session.restore(flows));
+    ASSERT_EQ(window.documents().size(), 1) << "untitled entries with no backup are skipped";
+    DocumentTab *tab = window.documents()[0];
+    EXPECT_EQ(tab->editor()->text(), QStringLiteral("caff\uFFFD è"));
+    EXPECT_TRUE(tab->document().isDirty());
+    EXPECT_EQ(QDir(state + QStringLiteral("/recovery")).entryList(QDir::Files).size(), 1);
+
+    // The repaired text replaces the damaged backup at the next write.
+    ASSERT_FALSE(session.write(window));
+    ASSERT_EQ(backups().size(), 1);
+    QFile backup(state + QStringLiteral("/backup/") + backups()[0]);
+    ASSERT_TRUE(backup.open(QIODevice::ReadOnly));
+    EXPECT_EQ(backup.readAll(), QStringLiteral("caff\uFFFD è").toUtf8());
 }
