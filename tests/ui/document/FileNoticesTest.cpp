@@ -285,19 +285,22 @@ TEST_F(FileNoticesTest, FailedReadsSayWhy)
 
     struct Case
     {
-        QString name, reason;
+        QString name, message, reason;
     };
 
+    // A missing file in an existing folder opens as a new tab (see TabFlowsTest); in a folder that
+    // does not exist it cannot be created.
     const Case cases[] = {
-        {u"missing.txt"_s, u"Il file non esiste."_s},
-        {u"file.txt/inside.txt"_s, u"Il file non esiste."_s},
-        {u"pipe"_s, u"Non è un file normale."_s},
+        {u"file.txt/inside.txt"_s, u"Impossibile creare “inside.txt”"_s, QString()},
+        {u"pipe"_s, u"Impossibile leggere “pipe”."_s, u"Non è un file normale."_s},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.name.toStdString());
         m_questions.clearAsked();
         EXPECT_EQ(m_flows->openPath(path(c.name)), nullptr);
         ASSERT_EQ(m_questions.asked().size(), 1u);
+        EXPECT_TRUE(m_questions.asked()[0].message.startsWith(c.message))
+            << m_questions.asked()[0].message.toStdString();
         EXPECT_EQ(m_questions.asked()[0].informative, c.reason);
     }
 
