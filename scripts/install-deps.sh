@@ -13,6 +13,7 @@ packages=(
     libgtest-dev libgmock-dev libbenchmark-dev
     xvfb xauth fonts-dejavu-core
     clang-format-14
+    clang-16 libfuzzer-16-dev libclang-rt-16-dev
 )
 
 missing=()
