@@ -168,6 +168,8 @@ LineEnding lineEndingOfBytes(QByteArrayView bytes, LineEnding fallback)
 // normalizeLineEndings() on UTF-8 bytes: a CR before an LF is dropped, any other CR becomes LF.
 QByteArray normalizeUtf8Breaks(QByteArrayView bytes)
 {
+    if (bytes.isEmpty())
+        return QByteArray();
     QByteArray out(bytes.size(), Qt::Uninitialized);
     adviseHugePages(out.data(), size_t(out.size()));
     char *to = out.data();
@@ -188,6 +190,8 @@ QByteArray normalizeUtf8Breaks(QByteArrayView bytes)
 // Copies UTF-8 `bytes` with each LF replaced by `lineBreak`, one memcpy per line.
 QByteArray expandUtf8Breaks(QByteArrayView bytes, QByteArrayView lineBreak)
 {
+    if (bytes.isEmpty())
+        return QByteArray();
     const qsizetype breaks = bytes.count('\n');
     QByteArray out(bytes.size() + breaks * (lineBreak.size() - 1), Qt::Uninitialized);
     adviseHugePages(out.data(), size_t(out.size()));

@@ -61,6 +61,8 @@ std::optional<QString> decodeUtf16(QByteArrayView bytes, ByteOrder order)
 {
     if (bytes.size() % 2 != 0)
         return std::nullopt;
+    if (bytes.isEmpty()) // Qt's byte-order copy would pass a null source to memcpy
+        return QString();
     QString text(bytes.size() / 2, Qt::Uninitialized);
     adviseHugePages(text.data(), size_t(text.size()) * sizeof(QChar));
     if (order == ByteOrder::littleEndian)
@@ -101,6 +103,8 @@ std::optional<QByteArray> encodeUtf16(QStringView text, ByteOrder order)
 {
     if (!hasPairedSurrogates(text))
         return std::nullopt;
+    if (text.isEmpty())
+        return QByteArray();
     QByteArray bytes(text.size() * 2, Qt::Uninitialized);
     adviseHugePages(bytes.data(), size_t(bytes.size()));
     if (order == ByteOrder::littleEndian)
