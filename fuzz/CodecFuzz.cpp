@@ -1,7 +1,7 @@
-// Any bytes: detection fails only after a broken mark, the one-pass UTF-8 paths agree with the UTF-16 ones, and text
-// that encodes in its detected encoding reads back exactly (strict in both directions).
+// Any bytes: detection fails only after a broken mark, the one-pass UTF-8 paths agree with the
+// UTF-16 ones, and text that encodes in its detected encoding reads back exactly (strict in both
+// directions).
 #include "FuzzMain.h"
-
 #include "core/document/EncodingHint.h"
 #include "core/document/LineEndingCount.h"
 #include "core/document/TextCodec.h"

@@ -10,8 +10,8 @@ inline void ensureApplication()
     static int argc = 1;
     static char name[] = "mirtex-fuzz";
     static char *argv[] = {name, nullptr};
-    static QCoreApplication *app = QCoreApplication::instance() ? nullptr
-                                                                : new QCoreApplication(argc, argv);
+    static QCoreApplication *app
+        = QCoreApplication::instance() ? nullptr : new QCoreApplication(argc, argv);
     (void)app;
 }
 

@@ -1,7 +1,6 @@
 // Any bytes as session.json: reading never crashes, and what it reads survives writing and
 // reading again unchanged.
 #include "FuzzMain.h"
-
 #include "core/document/SessionState.h"
 
 #include <cstdlib>

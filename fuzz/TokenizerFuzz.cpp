@@ -1,7 +1,6 @@
 // Any text in any language: the tokens are valid, and agree with the joined expression they are
 // a faster way of running.
 #include "FuzzMain.h"
-
 #include "core/languages/Language.h"
 #include "core/languages/Tokenizer.h"
 

@@ -235,6 +235,20 @@ std::optional<QByteArray> decodeDirect(quint64 characterSet, QByteArrayView byte
     return std::nullopt;
 }
 
+// `bytes` after the encoding's byte-order mark, if it has one. Not prepend(): that would
+// reallocate without the huge-page hint.
+std::optional<QByteArray> withMark(std::optional<QByteArray> bytes, TextEncoding encoding)
+{
+    const QByteArray mark = encoding.bomBytes();
+    if (!bytes || mark.isEmpty())
+        return bytes;
+    QByteArray marked(mark.size() + bytes->size(), Qt::Uninitialized);
+    adviseHugePages(marked.data(), size_t(marked.size()));
+    std::memcpy(marked.data(), mark.constData(), size_t(mark.size()));
+    std::memcpy(marked.data() + mark.size(), bytes->constData(), size_t(bytes->size()));
+    return marked;
+}
+
 // Copies `text` with each LF replaced by `lineBreak`, one memcpy per line.
 QString expandLineBreaks(QStringView text, QStringView lineBreak)
 {
@@ -401,17 +415,7 @@ std::optional<QByteArray> encode(QStringView text, TextEncoding encoding, LineEn
         bytes = encodeIn(encoding.encoding, text);
     else
         bytes = encodeIn(encoding.encoding, expandLineBreaks(text, lineBreak(ending)));
-    if (!bytes)
-        return std::nullopt;
-    const QByteArray mark = encoding.bomBytes();
-    if (mark.isEmpty())
-        return bytes;
-    // Not prepend(): that would reallocate without the huge-page hint.
-    QByteArray marked(mark.size() + bytes->size(), Qt::Uninitialized);
-    adviseHugePages(marked.data(), size_t(marked.size()));
-    std::memcpy(marked.data(), mark.constData(), size_t(mark.size()));
-    std::memcpy(marked.data() + mark.size(), bytes->constData(), size_t(bytes->size()));
-    return marked;
+    return withMark(std::move(bytes), encoding);
 }
 
 std::optional<QByteArray>
@@ -431,16 +435,7 @@ encodeFromUtf8(QByteArrayView utf8, TextEncoding encoding, LineEnding ending)
             return std::nullopt;
         return encode(Utf8Codec::toUtf16(utf8), encoding, ending);
     }
-    if (!bytes)
-        return std::nullopt;
-    const QByteArray mark = encoding.bomBytes();
-    if (mark.isEmpty())
-        return bytes;
-    QByteArray marked(mark.size() + bytes->size(), Qt::Uninitialized);
-    adviseHugePages(marked.data(), size_t(marked.size()));
-    std::memcpy(marked.data(), mark.constData(), size_t(mark.size()));
-    std::memcpy(marked.data() + mark.size(), bytes->constData(), size_t(bytes->size()));
-    return marked;
+    return withMark(std::move(bytes), encoding);
 }
 
 } // namespace mirtex::TextCodec

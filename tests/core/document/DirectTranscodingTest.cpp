@@ -1,7 +1,7 @@
 // The one-pass paths between a file's bytes and the editor's UTF-8 give exactly what the UTF-16
 // paths give, on random bytes and texts in every encoding of the menus, failures included.
-#include "core/document/EncodingMenu.h"
 #include "core/document/TextCodec.h"
+#include "support/MenuEncodings.h"
 
 #include <QRandomGenerator>
 
@@ -9,14 +9,6 @@
 
 namespace mirtex {
 namespace {
-
-QList<TextEncoding> menuEncodings()
-{
-    QList<TextEncoding> all = commonEncodings();
-    for (const EncodingGroup &group : encodingMenuGroups())
-        all += group.encodings;
-    return all;
-}
 
 std::optional<TextCodec::DecodedUtf8> throughUtf16(QByteArrayView bytes,
                                                    std::optional<TextEncoding> forced)
@@ -57,7 +49,7 @@ QByteArray randomBytes(QRandomGenerator &random)
 TEST(DirectTranscoding, DecodingMatchesTheUtf16Path)
 {
     QRandomGenerator random(11);
-    const QList<TextEncoding> encodings = menuEncodings();
+    const QList<TextEncoding> encodings = everyMenuEncoding();
     for (int round = 0; round < 3000; ++round) {
         const QByteArray bytes = randomBytes(random);
         std::optional<TextEncoding> forced;
@@ -74,7 +66,7 @@ TEST(DirectTranscoding, EncodingMatchesTheUtf16Path)
 {
     QRandomGenerator random(12);
     const QString pool = QStringLiteral("abc \n€èßœŠ日本Жα\u00A0\u200B😀");
-    for (const TextEncoding &encoding : menuEncodings()) {
+    for (const TextEncoding &encoding : everyMenuEncoding()) {
         for (int round = 0; round < 200; ++round) {
             QString text;
             const int length = random.bounded(0, 60);

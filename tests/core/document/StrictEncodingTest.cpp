@@ -1,20 +1,12 @@
 // Saving never changes a character behind the user's back: in every encoding of the menus, a text
 // either encodes to bytes that read back as exactly that text, or is refused.
-#include "core/document/EncodingMenu.h"
 #include "core/document/TextCodec.h"
+#include "support/MenuEncodings.h"
 
 #include <gtest/gtest.h>
 
 namespace mirtex {
 namespace {
-
-QList<TextEncoding> everyMenuEncoding()
-{
-    QList<TextEncoding> all = commonEncodings();
-    for (const EncodingGroup &group : encodingMenuGroups())
-        all += group.encodings;
-    return all;
-}
 
 TEST(StrictEncoding, EveryMenuEncodingWritesExactlyOrRefuses)
 {
