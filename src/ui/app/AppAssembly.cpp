@@ -18,9 +18,11 @@
 #include "ui/document/EditCommands.h"
 #include "ui/document/EncodingCommands.h"
 #include "ui/document/LanguageCommands.h"
+#include "ui/document/LineOperationCommands.h"
 #include "ui/document/MainWindow.h"
 #include "ui/document/RecentFileCommands.h"
 #include "ui/document/TabCommands.h"
+#include "ui/document/TextToolCommands.h"
 #include "ui/document/ViewCommands.h"
 
 namespace mirtex {
@@ -49,6 +51,9 @@ AppAssembly::AppAssembly(Preferences &prefs,
     ThemeCommands::registerIn(commands, prefs);
     AppCommands::registerIn(commands, *m_delegate, *m_window, *m_secondaryWindows);
     RecoveryCommands::registerIn(commands, *m_window, questions, m_delegate->session());
+    // Line operations, case conversions and text tools.
+    LineOperationCommands::registerIn(commands, *m_context);
+    TextToolCommands::registerIn(commands, *m_context);
 
     m_menu = std::make_unique<MainMenu>(*m_window, commands, *m_recentFiles);
     QObject::connect(m_flows,
@@ -56,6 +61,9 @@ AppAssembly::AppAssembly(Preferences &prefs,
                      m_window.get(),
                      [this](const QString &path) { m_recentFiles->add(path); });
     ThemeCommands::addThemeMenu(commands, m_menu->menu(QStringLiteral("mirtex.menu.view")));
+    // Line operations and case in the Edit menu, the text tools in the Tools menu.
+    LineOperationCommands::layOut(commands, m_menu->menu(QStringLiteral("mirtex.menu.edit")));
+    TextToolCommands::layOut(commands, m_menu->menu(QStringLiteral("mirtex.menu.tools")));
 
     // Enabled and checked states follow the tab, its state and selection, and the settings.
     QObject::connect(

@@ -59,6 +59,14 @@ void ShortcutsWindow::rebuild()
                 continue;
             }
             const Command *command = m_registry.find(action->objectName());
+            // An entry of a family (one command, the entry's argument) with a key of its own.
+            if (!command && !action->shortcuts().isEmpty()
+                && !listed.contains(action->objectName())) {
+                listed.insert(action->objectName());
+                add(path + QStringLiteral(" › ") + action->text().remove(u'&'),
+                    action->shortcuts());
+                continue;
+            }
             if (!command || command->shortcuts.isEmpty() || listed.contains(command->name))
                 continue;
             listed.insert(command->name);

@@ -88,6 +88,17 @@ UnwrittenSessionAnswer Questions::askAboutUnwrittenSession(QWidget *parent, cons
     }
 }
 
+DigestAnswer Questions::showDigest(QWidget *parent,
+                                   const QString &algorithm,
+                                   bool ofSelection,
+                                   const QString &digest)
+{
+    const QString message = ofSelection ? tr("%1 della selezione").arg(algorithm)
+                                        : tr("%1 del documento").arg(algorithm);
+    const int answer = choose(parent, {message, digest, {tr("Copia"), tr("Chiudi")}}, 1);
+    return answer == 0 ? DigestAnswer::copy : DigestAnswer::close;
+}
+
 std::optional<int> Questions::chooseRecoveredText(QWidget *parent, const QStringList &labels)
 {
     const int answer = chooseFromList(

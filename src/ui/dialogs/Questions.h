@@ -55,6 +55,11 @@ enum class ChangedFileAnswer {
     reload,
     ignore
 };
+// The hash tool's alert.
+enum class DigestAnswer {
+    copy,
+    close
+};
 enum class UnwrittenSessionAnswer {
     retry,
     saveDocuments,
@@ -84,6 +89,9 @@ public:
     // Quitting when the session or a backup could not be written; `reason` says what failed.
     // Closing the box saves the documents one by one, the choice that loses nothing.
     UnwrittenSessionAnswer askAboutUnwrittenSession(QWidget *parent, const QString &reason);
+    // A digest of the document or of the selection ("MD5 del documento"), with "Copia".
+    DigestAnswer
+    showDigest(QWidget *parent, const QString &algorithm, bool ofSelection, const QString &digest);
     // One of the texts set aside in the recovery folder, by index; nothing when cancelled.
     std::optional<int> chooseRecoveredText(QWidget *parent, const QStringList &labels);
 
