@@ -31,6 +31,8 @@ TextReplacement narrowed(QStringView text, TextRange range, const QString &repla
         ++suffix;
     if (suffix > 0 && before[before.size() - suffix].isLowSurrogate())
         --suffix;
+    if (prefix == 0 && suffix == 0)
+        return {range, replaced}; // shared, not copied
     return {{range.location + prefix, range.length - prefix - suffix},
             replaced.sliced(prefix, replaced.size() - prefix - suffix)};
 }
