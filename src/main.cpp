@@ -7,6 +7,7 @@
 #include "ui/app/AppDelegate.h"
 #include "ui/app/ApplicationIdentity.h"
 #include "ui/app/SelfTest.h"
+#include "ui/app/SessionStress.h"
 #include "ui/app/SingleInstance.h"
 #include "ui/app/Snapshot.h"
 #include "ui/app/WindowSession.h"
@@ -85,7 +86,12 @@ int main(int argc, char **argv)
     for (const QString &url : command.urls)
         delegate.handleUrlEvent(url);
 
-    QTimer::singleShot(0, &delegate, [&delegate]() { delegate.launch(); });
+    QTimer::singleShot(0, &delegate, [&delegate, &assembly]() {
+        delegate.launch();
+        // The kill -9 test's workload (never set in a normal run).
+        if (const QString file = SessionStress::fileFromEnvironment(); !file.isEmpty())
+            SessionStress::start(delegate, assembly.flows(), file);
+    });
     QObject::connect(&app, &QCoreApplication::aboutToQuit, &delegate, [&delegate]() {
         delegate.willTerminate();
     });

@@ -121,12 +121,33 @@ QString SessionStore::sessionFilePath() const
 
 QString SessionStore::backupName(const QString &id) const
 {
+    const QMutexLocker lock(&m_namesMutex);
     return m_backupNames.value(id, id + kBackupSuffix);
+}
+
+std::optional<QString> SessionStore::recordedBackupName(const QString &id) const
+{
+    const QMutexLocker lock(&m_namesMutex);
+    const auto found = m_backupNames.constFind(id);
+    return found == m_backupNames.constEnd() ? std::nullopt : std::optional<QString>(*found);
+}
+
+void SessionStore::setBackupName(const QString &id, const QString &name)
+{
+    const QMutexLocker lock(&m_namesMutex);
+    m_backupNames.insert(id, name);
 }
 
 QString SessionStore::backupFilePath(const QString &id) const
 {
     return QDir(m_folder).filePath(kBackupFolder + u'/' + backupName(id));
+}
+
+QString SessionStore::backupFilePath(const QString &id, const std::optional<QString> &name) const
+{
+    if (name && isUsableBackupName(id, *name))
+        return QDir(m_folder).filePath(kBackupFolder + u'/' + *name);
+    return backupFilePath(id);
 }
 
 SessionWriteResult SessionStore::write(const QList<SessionDocument> &documents,
@@ -151,6 +172,12 @@ SessionWriteResult SessionStore::write(const QList<SessionDocument> &documents,
     QSet<QString> keep;
     bool folderMade = false;
     for (const SessionDocument &document : documents) {
+        if (document.carried) {
+            if (document.entry.hasBackup && isUsableId(document.entry.id))
+                keep.insert(document.entry.backupName.value_or(document.entry.id + kBackupSuffix));
+            state.entries.append(document.entry);
+            continue;
+        }
         SessionState::Entry entry = document.entry;
         entry.hasBackup = document.needsBackup && isUsableId(entry.id);
         if (entry.hasBackup) {
@@ -162,15 +189,17 @@ SessionWriteResult SessionStore::write(const QList<SessionDocument> &documents,
                         = SessionFolder::makePrivate(m_folder)
                           && SessionFolder::makePrivate(QDir(m_folder).filePath(kBackupFolder));
                 QString failure;
-                const QByteArray utf8 = document.utf8Text ? document.utf8Text() : QByteArray();
-                if (writeBackup(entry.id, utf8, &failure))
+                // Never an empty backup for a text that was not handed over: the old file stays.
+                if (!document.utf8Text)
+                    result.textNeeded.append(entry.id);
+                else if (writeBackup(entry.id, document.utf8Text(), &failure))
                     result.backedUpChangeCounts.insert(entry.id, document.changeCount);
                 else
                     fail(failure);
             }
             keep.insert(backupName(entry.id));
-            if (m_backupNames.contains(entry.id))
-                entry.backupName = m_backupNames.value(entry.id);
+            if (auto recorded = recordedBackupName(entry.id))
+                entry.backupName = std::move(recorded);
         }
         state.entries.append(std::move(entry));
     }
@@ -221,7 +250,7 @@ bool SessionStore::writeBackup(const QString &id, const QByteArray &utf8, QStrin
         qCWarning(lcSession).noquote()
             << "the backup path" << folder.filePath(id + kBackupSuffix)
             << "is a folder; the backup is written to" << folder.filePath(name);
-        m_backupNames.insert(id, name);
+        setBackupName(id, name);
     }
     if (!writeAtomically(backupFilePath(id), utf8, failure))
         return false;
@@ -274,7 +303,7 @@ std::optional<SessionState> SessionStore::load()
             if (entry.backupName && !isUsableBackupName(entry.id, *entry.backupName))
                 entry.backupName.reset();
             if (entry.backupName)
-                m_backupNames.insert(entry.id, *entry.backupName);
+                setBackupName(entry.id, *entry.backupName);
             if (entry.hasBackup && isUsableId(entry.id))
                 m_owned.insert(backupName(entry.id));
         }
@@ -291,7 +320,7 @@ SessionStore::readBackup(const QString &id, const std::optional<QString> &name, 
     if (!isUsableId(id))
         return std::nullopt;
     if (name && isUsableBackupName(id, *name))
-        m_backupNames.insert(id, *name);
+        setBackupName(id, *name);
     auto bytes = readAll(backupFilePath(id));
     if (!bytes || bytes->isValidUtf8())
         return bytes;

@@ -6,6 +6,7 @@
 #include <QByteArray>
 #include <QHash>
 #include <QList>
+#include <QMutex>
 #include <QSet>
 #include <QString>
 
@@ -20,10 +21,13 @@ struct SessionDocument
 {
     SessionState::Entry entry; // entry.hasBackup is set by the writer from needsBackup
     bool needsBackup = false;  // dirty, or untitled and not empty
+    // A tab not loaded yet: its entry is written as it is and its backup left untouched.
+    bool carried = false;
     qint64 changeCount = 0;
     qint64 backedUpChangeCount = -1;
     // The document's text as the editor holds it (UTF-8, LF line breaks); asked for only when a
-    // backup is written, which stores exactly these bytes.
+    // backup is written, which stores exactly these bytes. May be empty when the caller believes
+    // the backup current: if it is not, nothing is written and the id is in `textNeeded`.
     std::function<QByteArray()> utf8Text;
 };
 
@@ -32,13 +36,16 @@ struct SessionWriteResult
     // The new backedUpChangeCount of every document whose backup was written by this call, by
     // id. A backup that failed is absent, so the next write tries it again.
     QHash<QString, qint64> backedUpChangeCounts;
+    // Documents whose backup had to be written but came without text (see utf8Text).
+    QStringList textNeeded;
     bool succeeded = true; // false when session.json or a backup could not be written
     // What failed first and why, in Italian ("/…/session.json: spazio esaurito sul disco").
     QString failure;
 };
 
-// Main thread only; one store per folder and process (it remembers what it last wrote there), and
-// only the process holding the folder's SessionLock may use one. Layout of the folder:
+// One thread at a time (SessionWriter runs the writes on its own thread; readBackup may be
+// called on another meanwhile); one store per folder and process (it remembers what it last wrote
+// there), and only the process holding the folder's SessionLock may use one. Layout of the folder:
 // session.json, session.json.bak (the previous good session), backup/<id>.txt (UTF-8; another
 // name when a folder is in the way, recorded in the entry) and recovery/ (SessionRecovery). Every
 // file is replaced atomically and made 0600, so a failed write leaves the previous files whole.
@@ -56,6 +63,8 @@ public:
     QString sessionFilePath() const;
     // Where the backup of `id` is written: backup/<id>.txt unless that path was found taken.
     QString backupFilePath(const QString &id) const;
+    // Where the backup of an entry is read from (its recorded name when usable).
+    QString backupFilePath(const QString &id, const std::optional<QString> &backupName) const;
 
     // Writes the backups that changed, then session.json when its bytes differ from the last
     // ones written, keeping the previous good session.json as session.json.bak. Then, and only
@@ -86,6 +95,8 @@ public:
 
 private:
     QString backupName(const QString &id) const;
+    void setBackupName(const QString &id, const QString &name);
+    std::optional<QString> recordedBackupName(const QString &id) const;
     bool writeBackup(const QString &id, const QByteArray &utf8, QString *failure);
     void rememberBackupsOnDisk();
     void pruneBackups(const QSet<QString> &keep);
@@ -100,6 +111,7 @@ private:
     QSet<QString> m_owned;
     // Backup file names other than "<id>.txt", by id.
     QHash<QString, QString> m_backupNames;
+    mutable QMutex m_namesMutex; // m_backupNames is read by readBackup while a write may run
     bool m_recoveryExpired = false;
 };
 

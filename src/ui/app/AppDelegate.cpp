@@ -89,7 +89,7 @@ void AppDelegate::launch(bool showWindow)
 
     m_sessionTimer = new QTimer(this);
     m_sessionTimer->setInterval(kSessionPeriodMs);
-    connect(m_sessionTimer, &QTimer::timeout, this, &AppDelegate::writeSessionIfRemembered);
+    connect(m_sessionTimer, &QTimer::timeout, this, &AppDelegate::tickSession);
     m_sessionTimer->start();
 
     // Said once, when the window is up: its tabs will not come back.
@@ -117,6 +117,12 @@ void AppDelegate::writeSessionIfRemembered()
     // Never before the restore is over: the session on disk still holds what is not back yet.
     if (m_launched && remembersTabs())
         m_session->write(m_main);
+}
+
+void AppDelegate::tickSession()
+{
+    if (m_launched && remembersTabs())
+        m_session->writeInBackground(m_main);
 }
 
 bool AppDelegate::shouldTerminate()

@@ -53,6 +53,8 @@ public:
     void requestQuit();
     // Writes the session now if the preference is on (timer tick, termination signal).
     void writeSessionIfRemembered();
+    // The periodic write, in the background, if the preference is on.
+    void tickSession();
 
 private:
     // The session is on and this process is its writer.

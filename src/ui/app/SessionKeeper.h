@@ -25,6 +25,11 @@ public:
     // Writes the tabs (and the unsaved text) now; why it could not (Italian, for the user) when
     // the session or a backup was not written.
     virtual std::optional<QString> write(MainWindow &window) = 0;
+
+    // The periodic write: the same, but the files are written off the main thread (a write
+    // still in progress makes this one wait for the next call).
+    virtual void writeInBackground(MainWindow &window) { write(window); }
+
     // Forgets the saved session (quit with the preference off).
     virtual void remove() = 0;
     // The state folder, where the recovery folder lives; empty when there is none.

@@ -6,6 +6,7 @@
 #include "core/document/FileNaming.h"
 #include "ui/document/DocumentPage.h"
 #include "ui/document/DocumentTab.h"
+#include "ui/document/PendingTab.h"
 #include "ui/document/StatusBar.h"
 #include "ui/document/WorkspaceSidebar.h"
 #include "ui/editor/EditorColors.h"
@@ -19,6 +20,7 @@
 #include <QMimeData>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QTimer>
 
 namespace mirtex {
 
@@ -46,7 +48,7 @@ MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
     connect(m_tabs->tabBar(), &QWidget::customContextMenuRequested, this, [this](QPoint at) {
         QTabBar *bar = m_tabs->tabBar();
         const int index = bar->tabAt(at);
-        if (auto *tab = index >= 0 ? tabForPage(m_tabs->widget(index)) : nullptr)
+        if (auto *tab = index >= 0 ? loadedTabForPage(m_tabs->widget(index)) : nullptr)
             Q_EMIT tabMenuRequested(tab, bar->mapToGlobal(at));
     });
     setCentralWidget(m_tabs);
@@ -56,10 +58,16 @@ MainWindow::MainWindow(Preferences &prefs, QWidget *parent)
     m_sidebarDock->hide();
 
     connect(m_tabs, &QTabWidget::tabCloseRequested, this, [this](int index) {
-        if (auto *tab = tabForPage(m_tabs->widget(index)))
+        if (auto *tab = loadedTabForPage(m_tabs->widget(index)))
             Q_EMIT closeRequested(tab);
     });
     connect(m_tabs, &QTabWidget::currentChanged, this, [this]() {
+        // A pending tab loads once shown, after the change that showed it is over.
+        if (auto *pending = qobject_cast<PendingTab *>(m_tabs->currentWidget()))
+            QTimer::singleShot(0, pending, [this, pending]() {
+                if (m_tabs->currentWidget() == pending)
+                    pending->load();
+            });
         refreshStatus();
         refreshTitle();
         Q_EMIT currentDocumentChanged(currentDocument());
@@ -126,6 +134,13 @@ DocumentTab *MainWindow::findByPath(const QString &canonicalPath) const
         if (path && QFileInfo(*path).canonicalFilePath() == canonicalPath)
             return doc.get();
     }
+    // A pending tab of that file is the file's tab: it loads rather than a second tab opening.
+    for (int i = 0; i < m_tabs->count(); ++i) {
+        auto *pending = qobject_cast<PendingTab *>(m_tabs->widget(i));
+        if (pending && pending->entry().path
+            && QFileInfo(*pending->entry().path).canonicalFilePath() == canonicalPath)
+            return pending->load();
+    }
     return nullptr;
 }
 
@@ -163,6 +178,11 @@ DocumentTab *MainWindow::newDocument(const QString &text)
 
 void MainWindow::addDocument(DocumentTab *tab)
 {
+    insertDocument(m_tabs->count(), tab);
+}
+
+void MainWindow::insertDocument(int index, DocumentTab *tab)
+{
     m_documents.emplace_back(tab);
     tab->editor()->applyColors(*m_colors);
     connect(tab, &DocumentTab::stateChanged, this, [this, tab]() {
@@ -176,7 +196,7 @@ void MainWindow::addDocument(DocumentTab *tab)
     });
     connect(
         tab->editor(), &EditorView::zoomChanged, this, [this](int zoom) { m_prefs.setZoom(zoom); });
-    const int index = m_tabs->addTab(tab->page(), tab->document().displayName());
+    index = m_tabs->insertTab(index, tab->page(), tab->document().displayName());
     refreshTab(tab);
     m_tabs->setCurrentIndex(index);
     tab->editor()->primaryPane()->setFocus();
@@ -234,6 +254,45 @@ void MainWindow::removeTab(DocumentTab *tab)
     Q_EMIT documentsChanged();
     refreshStatus();
     refreshTitle();
+}
+
+void MainWindow::addPendingTab(PendingTab *pending)
+{
+    const QSignalBlocker quiet(m_tabs); // the first tab added would become current and load
+    const int index = m_tabs->addTab(pending, pending->title());
+    if (pending->entry().path)
+        m_tabs->setTabToolTip(index, DisplayPath::forDisplay(*pending->entry().path));
+}
+
+void MainWindow::replacePendingTab(PendingTab *pending, DocumentTab *tab)
+{
+    // Inserted before the pending tab goes, so that no neighbour becomes current (and loads).
+    insertDocument(m_tabs->indexOf(pending), tab);
+    removePendingTab(pending);
+}
+
+void MainWindow::removePendingTab(PendingTab *pending)
+{
+    const int index = m_tabs->indexOf(pending);
+    if (index >= 0)
+        m_tabs->removeTab(index);
+    pending->deleteLater();
+}
+
+QList<QWidget *> MainWindow::pagesInOrder() const
+{
+    QList<QWidget *> pages;
+    pages.reserve(m_tabs->count());
+    for (int i = 0; i < m_tabs->count(); ++i)
+        pages.append(m_tabs->widget(i));
+    return pages;
+}
+
+DocumentTab *MainWindow::loadedTabForPage(QWidget *page)
+{
+    if (auto *pending = qobject_cast<PendingTab *>(page))
+        return pending->load();
+    return tabForPage(page);
 }
 
 void MainWindow::openWorkspace(const QString &folder)
@@ -340,7 +399,7 @@ bool MainWindow::eventFilter(QObject *watched, QEvent *event)
         auto *mouse = static_cast<QMouseEvent *>(event);
         if (mouse->button() == Qt::MiddleButton) {
             const int index = m_tabs->tabBar()->tabAt(mouse->position().toPoint());
-            if (auto *tab = index >= 0 ? tabForPage(m_tabs->widget(index)) : nullptr) {
+            if (auto *tab = index >= 0 ? loadedTabForPage(m_tabs->widget(index)) : nullptr) {
                 Q_EMIT closeRequested(tab);
                 return true;
             }

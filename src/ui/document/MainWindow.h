@@ -20,6 +20,7 @@ class QTabWidget;
 namespace mirtex {
 
 class DocumentTab;
+class PendingTab;
 class Preferences;
 class StatusBar;
 class WorkspaceSidebar;
@@ -74,6 +75,15 @@ public:
 
     std::function<void()> onQuitRequested;
 
+    // Tabs whose document is loaded when first shown (see PendingTab); the window owns them.
+    // documents() leaves them out. Adding one does not select it.
+    void addPendingTab(PendingTab *pending);
+    // Puts `tab` in the place of `pending` and selects it; `pending` is deleted later.
+    void replacePendingTab(PendingTab *pending, DocumentTab *tab);
+    void removePendingTab(PendingTab *pending);
+    // Every tab's page in tab order: a DocumentTab's page or a PendingTab.
+    QList<QWidget *> pagesInOrder() const;
+
 Q_SIGNALS:
     void currentDocumentChanged(mirtex::DocumentTab *tab);
     void documentsChanged();
@@ -97,6 +107,9 @@ private:
     void refreshTitle();
     void applyPreferenceChange(Preferences::Field field);
     void removeTab(DocumentTab *tab);
+    void insertDocument(int index, DocumentTab *tab);
+    // The document of a tab page, loading it first when the tab is pending.
+    DocumentTab *loadedTabForPage(QWidget *page);
 
     Preferences &m_prefs;
     QTabWidget *m_tabs;
