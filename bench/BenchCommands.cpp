@@ -1,5 +1,6 @@
 #include "BenchCommands.h"
 
+#include "DiffCommand.h"
 #include "core/document/CharacterSetTable.h"
 #include "core/document/Document.h"
 #include "core/document/EncodingHint.h"
@@ -145,6 +146,8 @@ std::optional<int> runBenchCommand(const QStringList &arguments)
         return detectEncoding(arguments.mid(1));
     if (arguments.first() == QLatin1String("highlight"))
         return highlightToHtml(arguments.mid(1));
+    if (arguments.first() == QLatin1String("diff"))
+        return runDiffCommand(arguments.mid(1));
     return std::nullopt;
 }
 

@@ -126,15 +126,16 @@ private:
         const int32_t dMax = std::min<int32_t>(kMyersEditBound, n + m);
         const int32_t offset = dMax + 1;
         std::vector<int32_t> v(size_t(2 * dMax + 3), 0);
-        // trace[d] holds V before step d, only the slots step d can read: diagonals -d-1..d+1.
-        std::vector<int32_t> trace;
-        std::vector<size_t> traceStart;
+        // What step d reads of V was written by step d - 1 on the diagonals of the other parity,
+        // so the trace keeps only what each step wrote: d + 1 values, diagonals -d, -d+2 … d, from
+        // position d * (d + 1) / 2.
+        m_trace.clear();
         const int32_t *a = m_a.data() + r.aLo;
         const int32_t *b = m_b.data() + r.bLo;
         int32_t found = -1;
         for (int32_t d = 0; d <= dMax && found < 0; ++d) {
-            traceStart.push_back(trace.size());
-            trace.insert(trace.end(), v.begin() + (offset - d - 1), v.begin() + (offset + d + 2));
+            m_trace.resize(m_trace.size() + size_t(d) + 1);
+            int32_t *written = m_trace.data() + size_t(d) * size_t(d + 1) / 2;
             for (int32_t k = -d; k <= d; k += 2) {
                 int32_t x;
                 if (k == -d || (k != d && v[offset + k - 1] < v[offset + k + 1]))
@@ -147,6 +148,7 @@ private:
                     ++y;
                 }
                 v[offset + k] = x;
+                written[(k + d) / 2] = x;
                 if (x >= n && y >= m) {
                     found = d;
                     break;
@@ -158,11 +160,13 @@ private:
         int32_t x = n;
         int32_t y = m;
         for (int32_t d = found; d >= 1; --d) {
-            const int32_t *vp = trace.data() + traceStart[d] + (d + 1); // vp[k] for k in -d-1..d+1
+            // V before step d, on the diagonals step d - 1 wrote.
+            const int32_t *before = m_trace.data() + size_t(d - 1) * size_t(d) / 2;
+            auto vp = [before, d](int32_t k) { return before[(k + d - 1) / 2]; };
             const int32_t k = x - y;
-            const bool down = k == -d || (k != d && vp[k - 1] < vp[k + 1]);
+            const bool down = k == -d || (k != d && vp(k - 1) < vp(k + 1));
             const int32_t prevK = down ? k + 1 : k - 1;
-            const int32_t prevX = vp[prevK];
+            const int32_t prevX = vp(prevK);
             const int32_t snakeStartX = down ? prevX : prevX + 1;
             while (x > snakeStartX) {
                 m_matches.push_back({r.aLo + x - 1, r.bLo + y - 1});
@@ -189,6 +193,7 @@ private:
     std::vector<int32_t> m_pileTops;
     std::vector<int32_t> m_predecessor;
     std::vector<LineMatch> m_matches;
+    std::vector<int32_t> m_trace;
 };
 
 } // namespace
