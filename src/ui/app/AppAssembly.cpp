@@ -12,6 +12,7 @@
 #include "ui/app/SessionKeeper.h"
 #include "ui/app/ThemeCommands.h"
 #include "ui/commands/CommandRegistry.h"
+#include "ui/compare/CompareCommands.h"
 #include "ui/document/CommandContext.h"
 #include "ui/document/DocumentCommands.h"
 #include "ui/document/DocumentFlows.h"
@@ -22,6 +23,8 @@
 #include "ui/document/RecentFileCommands.h"
 #include "ui/document/TabCommands.h"
 #include "ui/document/ViewCommands.h"
+
+#include <QMenu>
 
 namespace mirtex {
 
@@ -56,6 +59,15 @@ AppAssembly::AppAssembly(Preferences &prefs,
                      m_window.get(),
                      [this](const QString &path) { m_recentFiles->add(path); });
     ThemeCommands::addThemeMenu(commands, m_menu->menu(QStringLiteral("mirtex.menu.view")));
+
+    // Compare: the "Confronta" submenu in Strumenti and in every tab's menu.
+    CompareCommands::registerIn(commands, *m_context);
+    CompareCommands::addCompareMenu(
+        commands, *m_context, m_menu->menu(QStringLiteral("mirtex.menu.tools")));
+    m_menu->addTabMenuEntries([this](QMenu *menu, int tabIndex) {
+        menu->addSeparator();
+        CompareCommands::addCompareMenu(*m_commands, *m_context, menu, tabIndex);
+    });
 
     // Enabled and checked states follow the tab, its state and selection, and the settings.
     QObject::connect(
