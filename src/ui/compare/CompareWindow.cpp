@@ -185,8 +185,6 @@ QWidget *CompareWindow::sideWidget(CompareSideIndex index)
     header->setTextInteractionFlags(Qt::TextSelectableByMouse);
     auto *pane = new EditorView(m_prefs, box);
     pane->setEditable(false);
-    if (s.language)
-        pane->setLanguage(s.language);
     EditorPane *view = pane->primaryPane();
     view->SendScintilla(Sci::SCI_SETWRAPMODE, Sci::SC_WRAP_NONE);
     m_panes[indexOf(index)] = pane;
@@ -244,6 +242,8 @@ void CompareWindow::showResult(Result result)
         pane->setEditable(true);
         pane->loadText(alignedText(isLeft ? d.left : d.right, rows).toUtf8());
         pane->setEditable(false);
+        // Colours follow the new text (a load alone leaves it plain).
+        pane->setLanguage(side(index).language ? side(index).language : Language::text());
         m_marks[indexOf(index)]->show(&d, &m_shown->alignment);
     }
     m_syncing = true;
