@@ -215,6 +215,8 @@ QMenu *CompareCommands::addCompareMenu(CommandRegistry &registry,
     CommandRegistry *r = &registry;
     // Rebuilt each time it opens: the list of the other tabs changes.
     QObject::connect(compare, &QMenu::aboutToShow, compare, [c, r, compare, tabIndex]() {
+        // The submenu of the last opening is a child widget that clear() leaves behind.
+        qDeleteAll(compare->findChildren<QMenu *>(QString(), Qt::FindDirectChildrenOnly));
         compare->clear();
         const QList<DocumentTab *> tabs = c->window().documents();
         const int left = tabIndex >= 0 ? tabIndex : int(tabs.indexOf(c->currentTab()));

@@ -18,8 +18,14 @@ struct CompareSide
     QString text; // the text when there is no editor
     LanguagePtr language;
 
-    // The side's text now: the editor's while it lives, else the fixed one.
-    QString currentText() const { return editor ? editor->text() : text; }
+    // The side's text now: the editor's while it lives (kept, so that a closed tab's last text
+    // stays compared), else the fixed one.
+    QString currentText()
+    {
+        if (editor)
+            text = editor->text();
+        return text;
+    }
 };
 
 } // namespace mirtex
