@@ -1,5 +1,6 @@
 #include "BenchCommands.h"
 
+#include "DiffCommand.h"
 #include "TransformCommands.h"
 #include "core/document/CharacterSetTable.h"
 #include "core/document/Document.h"
@@ -149,6 +150,8 @@ std::optional<int> runBenchCommand(const QStringList &arguments)
     // Line operations and digests.
     if (const auto status = runTransformCommand(arguments))
         return status;
+    if (arguments.first() == QLatin1String("diff"))
+        return runDiffCommand(arguments.mid(1));
     return std::nullopt;
 }
 

@@ -6,6 +6,7 @@
 #include "ui/app/AppAssembly.h"
 #include "ui/app/AppDelegate.h"
 #include "ui/app/ApplicationIdentity.h"
+#include "ui/app/CompareSnapshot.h"
 #include "ui/app/SelfTest.h"
 #include "ui/app/SessionStress.h"
 #include "ui/app/SingleInstance.h"
@@ -37,6 +38,10 @@ int main(int argc, char **argv)
 
     QApplication app(argc, argv);
     ApplicationIdentity::apply();
+
+    // The compare window's picture: its own switches, read by its own parser.
+    if (arguments.contains(QLatin1String("--compare-snapshot")))
+        return CompareSnapshot::run(arguments, QDir::currentPath());
 
     switch (command.mode) {
     case CommandLine::Mode::selfTest:

@@ -12,6 +12,7 @@
 #include "ui/app/SessionKeeper.h"
 #include "ui/app/ThemeCommands.h"
 #include "ui/commands/CommandRegistry.h"
+#include "ui/compare/CompareCommands.h"
 #include "ui/document/CommandContext.h"
 #include "ui/document/DocumentCommands.h"
 #include "ui/document/DocumentFlows.h"
@@ -24,6 +25,8 @@
 #include "ui/document/TabCommands.h"
 #include "ui/document/TextToolCommands.h"
 #include "ui/document/ViewCommands.h"
+
+#include <QMenu>
 
 namespace mirtex {
 
@@ -64,6 +67,15 @@ AppAssembly::AppAssembly(Preferences &prefs,
     // Line operations and case in the Edit menu, the text tools in the Tools menu.
     LineOperationCommands::layOut(commands, m_menu->menu(QStringLiteral("mirtex.menu.edit")));
     TextToolCommands::layOut(commands, m_menu->menu(QStringLiteral("mirtex.menu.tools")));
+
+    // Compare: the "Confronta" submenu in Strumenti and in every tab's menu.
+    CompareCommands::registerIn(commands, *m_context);
+    CompareCommands::addCompareMenu(
+        commands, *m_context, m_menu->menu(QStringLiteral("mirtex.menu.tools")));
+    m_menu->addTabMenuEntries([this](QMenu *menu, int tabIndex) {
+        menu->addSeparator();
+        CompareCommands::addCompareMenu(*m_commands, *m_context, menu, tabIndex);
+    });
 
     // Enabled and checked states follow the tab, its state and selection, and the settings.
     QObject::connect(

@@ -99,6 +99,8 @@ void MainMenu::showTabMenu(int index, const QPoint &globalPos)
     if (index < 0)
         return;
     QMenu *menu = TabCommands::tabMenu(m_registry, index, &m_window);
+    for (const auto &add : m_tabMenuEntries)
+        add(menu, index);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->popup(globalPos);
 }

@@ -7,6 +7,9 @@
 #include <QPoint>
 #include <QStringList>
 
+#include <functional>
+#include <vector>
+
 class QMenu;
 
 namespace mirtex {
@@ -28,6 +31,12 @@ public:
 
     QMenu *menu(const QString &objectName) const;
 
+    // Adds entries of another subsystem to every tab menu (given the menu and the tab's index).
+    void addTabMenuEntries(std::function<void(QMenu *menu, int tabIndex)> add)
+    {
+        m_tabMenuEntries.push_back(std::move(add));
+    }
+
 private:
     QMenu *addMenu(const QString &objectName, const QString &title);
     // The commands in order; an empty name is a separator.
@@ -43,6 +52,7 @@ private:
     QMenu *m_statusEncodingMenu = nullptr;
     QMenu *m_lineEndingMenu = nullptr;
     QMenu *m_languageMenu = nullptr;
+    std::vector<std::function<void(QMenu *, int)>> m_tabMenuEntries;
 };
 
 } // namespace mirtex

@@ -255,7 +255,8 @@ TEST_F(TabFlowsTest, TheTabContextMenuActsOnTheTabClicked)
                            u"Chiudi tutte le schede"_s,
                            u"Ricarica dal disco"_s,
                            u"Copia percorso"_s,
-                           u"Mostra nella barra laterale"_s}));
+                           u"Mostra nella barra laterale"_s,
+                           u"Confronta"_s}));
 
     byName.value(u"copyPath:1"_s)->trigger();
     EXPECT_EQ(QGuiApplication::clipboard()->text(), path(u"sub/deep/b.txt"_s));
