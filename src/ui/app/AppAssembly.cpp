@@ -19,7 +19,9 @@
 #include "ui/document/EncodingCommands.h"
 #include "ui/document/LanguageCommands.h"
 #include "ui/document/MainWindow.h"
+#include "ui/document/PrintCommands.h"
 #include "ui/document/RecentFileCommands.h"
+#include "ui/document/SidebarCommands.h"
 #include "ui/document/TabCommands.h"
 #include "ui/document/ViewCommands.h"
 
@@ -49,6 +51,8 @@ AppAssembly::AppAssembly(Preferences &prefs,
     ThemeCommands::registerIn(commands, prefs);
     AppCommands::registerIn(commands, *m_delegate, *m_window, *m_secondaryWindows);
     RecoveryCommands::registerIn(commands, *m_window, questions, m_delegate->session());
+    SidebarCommands::registerIn(commands, *m_context);
+    PrintCommands::registerIn(commands, *m_context);
 
     m_menu = std::make_unique<MainMenu>(*m_window, commands, *m_recentFiles);
     QObject::connect(m_flows,
