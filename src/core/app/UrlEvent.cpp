@@ -45,7 +45,7 @@ bool UrlEvent::isInsideFolder(const QString &path, const QString &folder)
     return canonicalPath.startsWith(withSlash);
 }
 
-std::optional<QString> UrlEvent::resolveText(const QString &tempDir) const
+std::expected<QString, DocumentError> UrlEvent::resolveText(const QString &tempDir) const
 {
     // Editors hold LF-only text; CR LF left in would be written as CR CR LF in a CRLF file.
     if (kind == Kind::text)
@@ -56,7 +56,7 @@ std::optional<QString> UrlEvent::resolveText(const QString &tempDir) const
     if (isInsideFolder(value, tempDir))
         QFile::remove(value);
     if (!loaded)
-        return std::nullopt;
+        return std::unexpected(loaded.error());
     return Utf8Codec::toUtf16(loaded->utf8);
 }
 

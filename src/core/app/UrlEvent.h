@@ -3,8 +3,11 @@
 // once read.
 #pragma once
 
+#include "core/document/DocumentError.h"
+
 #include <QString>
 
+#include <expected>
 #include <optional>
 
 namespace mirtex {
@@ -23,9 +26,9 @@ struct UrlEvent
     static std::optional<UrlEvent> parse(const QString &url);
 
     // The text to open, with LF line breaks: the value of "text", or the decoded content of
-    // "path" (nothing when the file cannot be read or decoded). `tempDir` is the system's temporary
-    // folder.
-    std::optional<QString> resolveText(const QString &tempDir) const;
+    // "path" (why not, when the file cannot be read or decoded). `tempDir` is the system's
+    // temporary folder.
+    std::expected<QString, DocumentError> resolveText(const QString &tempDir) const;
 
     // True when `path` really lies inside `folder`, after resolving "..", "." and symbolic links.
     static bool isInsideFolder(const QString &path, const QString &folder);

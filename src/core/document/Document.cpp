@@ -207,6 +207,20 @@ void Document::reload(const LoadedFile &file)
     markSaved();
 }
 
+void Document::followMovedFile(const QString &newPath)
+{
+    const bool extensionChanged
+        = !m_path
+          || QFileInfo(*m_path).suffix().compare(QFileInfo(newPath).suffix(), Qt::CaseInsensitive)
+                 != 0;
+    m_path = newPath;
+    m_untitledName.clear();
+    if (extensionChanged && onPathChange)
+        onPathChange(newPath);
+    if (onStateChange)
+        onStateChange();
+}
+
 bool Document::hasChangedOnDisk() const
 {
     if (!m_path || !m_fileModificationDate)

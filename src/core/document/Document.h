@@ -97,6 +97,10 @@ public:
 
     void setFileModificationDate(std::optional<QDateTime> date) { m_fileModificationDate = date; }
 
+    // The file was renamed or moved on disk to `newPath` (by this program): the document follows
+    // it, keeping its text and state; a new extension chooses the language again.
+    void followMovedFile(const QString &newPath);
+
     void textDidChange();
     void updateDirty();
     void markSaved();

@@ -25,6 +25,11 @@ FileProblem fileProblemFromErrno(int error)
         return FileProblem::readOnlyFileSystem;
     case EFBIG:
         return FileProblem::fileTooLarge;
+    case EEXIST:
+    case ENOTEMPTY:
+        return FileProblem::alreadyExists;
+    case ENAMETOOLONG:
+        return FileProblem::invalidName;
     case ENXIO:
     case ENODEV:
         return FileProblem::notRegularFile;
@@ -55,6 +60,12 @@ QString describe(FileProblem problem)
         return tr("il file supera la dimensione consentita");
     case FileProblem::shortWrite:
         return tr("la scrittura si è interrotta a metà");
+    case FileProblem::alreadyExists:
+        return tr("esiste già un file o una cartella con questo nome");
+    case FileProblem::invalidName:
+        return tr("il nome non è valido");
+    case FileProblem::trashUnavailable:
+        return tr("il cestino non è disponibile per questo percorso");
     case FileProblem::other:
         break;
     }

@@ -14,8 +14,11 @@ enum class FileProblem {
     noSpace,
     quotaExceeded,
     readOnlyFileSystem,
-    fileTooLarge, // the process's or the file system's size limit
-    shortWrite,   // fewer bytes reached the disk than were written
+    fileTooLarge,     // the process's or the file system's size limit
+    shortWrite,       // fewer bytes reached the disk than were written
+    alreadyExists,    // a new or renamed entry would take a name in use
+    invalidName,      // empty, ".", "..", or holding a '/'
+    trashUnavailable, // the desktop's trash cannot take the entry
     other
 };
 

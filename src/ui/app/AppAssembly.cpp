@@ -21,7 +21,9 @@
 #include "ui/document/LanguageCommands.h"
 #include "ui/document/LineOperationCommands.h"
 #include "ui/document/MainWindow.h"
+#include "ui/document/PrintCommands.h"
 #include "ui/document/RecentFileCommands.h"
+#include "ui/document/SidebarCommands.h"
 #include "ui/document/TabCommands.h"
 #include "ui/document/TextToolCommands.h"
 #include "ui/document/ViewCommands.h"
@@ -57,6 +59,8 @@ AppAssembly::AppAssembly(Preferences &prefs,
     // Line operations, case conversions and text tools.
     LineOperationCommands::registerIn(commands, *m_context);
     TextToolCommands::registerIn(commands, *m_context);
+    SidebarCommands::registerIn(commands, *m_context);
+    PrintCommands::registerIn(commands, *m_context);
 
     m_menu = std::make_unique<MainMenu>(*m_window, commands, *m_recentFiles);
     QObject::connect(m_flows,

@@ -52,8 +52,14 @@ void AppDelegate::handleUrlEvent(const QString &url)
     if (!event)
         return;
     const auto text = event->resolveText(QDir::tempPath());
-    if (!text)
+    if (!text) {
+        // As for a file named on the command line: the user hears why, once the window is up.
+        if (m_launched)
+            m_flows.report(text.error());
+        else
+            m_pendingErrors.append(text.error());
         return;
+    }
     if (!m_launched) {
         m_pendingTexts.append(*text);
         return;
@@ -81,8 +87,11 @@ void AppDelegate::launch(bool showWindow)
         m_flows.openPaths(m_pendingPaths);
     for (const QString &text : std::as_const(m_pendingTexts))
         m_main.newDocument(text); // clean: its saved text is the handed-over text
+    for (const DocumentError &error : std::as_const(m_pendingErrors))
+        m_flows.report(error);
     m_pendingPaths.clear();
     m_pendingTexts.clear();
+    m_pendingErrors.clear();
 
     if (showWindow)
         m_main.show();

@@ -2,8 +2,10 @@
 // handed over (queued until launch has run), the periodic session save, and the quit sequence.
 #pragma once
 
+#include "core/document/DocumentError.h"
 #include "ui/app/SessionKeeper.h"
 
+#include <QList>
 #include <QObject>
 #include <QStringList>
 
@@ -69,6 +71,7 @@ private:
     QTimer *m_sessionTimer = nullptr;
     QStringList m_pendingPaths;
     QStringList m_pendingTexts;
+    QList<DocumentError> m_pendingErrors; // URLs whose file could not be read before launch
     bool m_launched = false;
     bool m_closeApproved = false;
     bool m_terminated = false;

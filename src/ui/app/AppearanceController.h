@@ -1,11 +1,13 @@
-// Keeps the window in the chosen theme: resolves the preference (or "auto" against the system
-// palette), paints every editor with it and follows the dark/light appearance of the shell. The
-// theme menu is ThemeCommands'.
+// Keeps the application in the chosen theme: resolves the preference (or "auto" against the
+// desktop's palette), paints every editor with it and gives the whole application (secondary
+// windows, dialogs, alerts, menus) the theme's palette; follows the desktop's dark/light
+// appearance. The theme menu is ThemeCommands'.
 #pragma once
 
 #include "core/languages/Theme.h"
 
 #include <QObject>
+#include <QPalette>
 
 namespace mirtex {
 
@@ -24,7 +26,10 @@ public:
 
     // The editor colours of a theme; colours with alpha are blended over the page colour.
     static EditorColors editorColors(const Theme &theme);
+    // Whether the desktop's palette is dark (also while the application shows a theme's own).
     static bool systemIsDark();
+    // The application palette of a dark theme, every role taken from its page and text.
+    static QPalette paletteFor(const EditorColors &colors);
 
 Q_SIGNALS:
     void themeChanged(const mirtex::Theme &theme);

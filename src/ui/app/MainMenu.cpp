@@ -91,6 +91,9 @@ void MainMenu::buildFile(RecentFiles &recent)
            QStringLiteral("closeTabsToTheRight:"),
            QStringLiteral("closeAllTabs:"),
            {},
+           QStringLiteral("printDocument:"),
+           QStringLiteral("printPreview:"),
+           {},
            QStringLiteral("terminate:")});
 }
 

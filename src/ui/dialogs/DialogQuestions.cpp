@@ -2,6 +2,7 @@
 
 #include <QFileDialog>
 #include <QInputDialog>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -59,6 +60,19 @@ QStringList DialogQuestions::chooseFilesToOpen(QWidget *parent, const QString &f
 QString DialogQuestions::chooseFolderToOpen(QWidget *parent)
 {
     return QFileDialog::getExistingDirectory(parent, tr("Apri cartella"));
+}
+
+std::optional<QString> DialogQuestions::askForName(QWidget *parent,
+                                                   const QString &title,
+                                                   const QString &label,
+                                                   const QString &initial)
+{
+    bool accepted = false;
+    const QString name
+        = QInputDialog::getText(parent, title, label, QLineEdit::Normal, initial, &accepted);
+    if (!accepted)
+        return std::nullopt;
+    return name;
 }
 
 } // namespace mirtex

@@ -15,6 +15,10 @@ public:
                                                        const QString &title) override;
     QStringList chooseFilesToOpen(QWidget *parent, const QString &folder) override;
     QString chooseFolderToOpen(QWidget *parent) override;
+    std::optional<QString> askForName(QWidget *parent,
+                                      const QString &title,
+                                      const QString &label,
+                                      const QString &initial) override;
 
 protected:
     int choose(QWidget *parent, const AskedQuestion &question, int escapeIndex) override;

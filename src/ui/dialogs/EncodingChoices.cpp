@@ -4,6 +4,9 @@
 
 #include <QComboBox>
 #include <QCoreApplication>
+#include <QStandardItemModel>
+
+#include <algorithm>
 
 namespace mirtex {
 
@@ -23,18 +26,37 @@ QString EncodingChoices::lineEndingLabel(LineEnding ending)
 void EncodingChoices::fillEncodingPopup(QComboBox *popup, TextEncoding selected)
 {
     popup->clear();
-    QList<TextEncoding> all = commonEncodings();
-    for (const EncodingGroup &group : encodingMenuGroups()) {
+    // Laid out as the encoding menu: the common entries, then each region under its title (a
+    // title that cannot be chosen), each encoding once.
+    QList<TextEncoding> listed = commonEncodings();
+    const QList<EncodingGroup> groups = encodingMenuGroups();
+    const bool inGroups = std::any_of(groups.begin(), groups.end(), [&](const EncodingGroup &g) {
+        return g.encodings.contains(selected);
+    });
+    if (!listed.contains(selected) && !inGroups) {
+        popup->addItem(selected.label(), selected.id());
+        popup->insertSeparator(popup->count());
+    }
+    for (const TextEncoding &encoding : listed)
+        popup->addItem(encoding.label(), encoding.id());
+    auto *model = qobject_cast<QStandardItemModel *>(popup->model());
+    for (const EncodingGroup &group : groups) {
+        popup->insertSeparator(popup->count());
+        popup->addItem(group.title);
+        if (QStandardItem *title = model ? model->item(popup->count() - 1) : nullptr) {
+            title->setFlags(Qt::NoItemFlags);
+            QFont bold = title->font();
+            bold.setBold(true);
+            title->setFont(bold);
+        }
         for (const TextEncoding &encoding : group.encodings) {
-            if (!all.contains(encoding))
-                all.append(encoding);
+            if (listed.contains(encoding))
+                continue;
+            listed.append(encoding);
+            popup->addItem(encoding.label(), encoding.id());
         }
     }
-    if (!all.contains(selected))
-        all.prepend(selected);
-    for (const TextEncoding &encoding : all)
-        popup->addItem(encoding.label(), encoding.id());
-    popup->setCurrentIndex(int(all.indexOf(selected)));
+    popup->setCurrentIndex(popup->findData(selected.id()));
 }
 
 void EncodingChoices::fillLineEndingPopup(QComboBox *popup, LineEnding selected)

@@ -21,8 +21,9 @@ public:
         = {LineEnding::lf, LineEnding::crlf, LineEnding::cr};
 
     static QString lineEndingLabel(LineEnding ending);
-    // Fills a pop-up with every encoding of the menus; each item's data is the encoding's
-    // identifier.
+    // Fills a pop-up with every encoding of the menus, grouped as the encoding menu is (the
+    // common ones, then each region under a title that cannot be chosen); each encoding's item
+    // has its identifier as data, titles and separators have none.
     static void fillEncodingPopup(QComboBox *popup, TextEncoding selected);
     static void fillLineEndingPopup(QComboBox *popup, LineEnding selected);
 };

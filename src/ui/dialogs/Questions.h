@@ -107,6 +107,11 @@ public:
     // The open panels, starting in `folder` (empty: the panel's own choice); empty when cancelled.
     virtual QStringList chooseFilesToOpen(QWidget *parent, const QString &folder) = 0;
     virtual QString chooseFolderToOpen(QWidget *parent) = 0;
+    // A name typed by the user (a new file or folder, a rename), starting from `initial`;
+    // nothing when cancelled.
+    virtual std::optional<QString>
+    askForName(QWidget *parent, const QString &title, const QString &label, const QString &initial)
+        = 0;
 
 protected:
     // The index of the button chosen; closing the box chooses `escapeIndex`.

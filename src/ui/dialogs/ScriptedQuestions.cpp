@@ -20,6 +20,19 @@ void ScriptedQuestions::inform(QWidget *, const QString &message, const QString 
     m_asked.push_back({message, informative, {QStringLiteral("OK")}});
 }
 
+std::optional<QString> ScriptedQuestions::askForName(QWidget *,
+                                                     const QString &title,
+                                                     const QString &label,
+                                                     const QString &)
+{
+    m_asked.push_back({title, label, {}});
+    if (m_names.empty())
+        return std::nullopt;
+    auto name = m_names.front();
+    m_names.pop_front();
+    return name;
+}
+
 std::optional<SaveDialogChoice> ScriptedQuestions::chooseSaveLocation(QWidget *,
                                                                       Preferences &,
                                                                       const Document &document,

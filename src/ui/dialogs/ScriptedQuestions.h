@@ -50,6 +50,15 @@ public:
 
     QString chooseFolderToOpen(QWidget *) override { return {}; }
 
+    // Names typed, in order; nothing (or an empty queue) cancels. The question is recorded with
+    // its title as the message, its label as the informative text.
+    void pushName(std::optional<QString> name) { m_names.push_back(std::move(name)); }
+
+    std::optional<QString> askForName(QWidget *parent,
+                                      const QString &title,
+                                      const QString &label,
+                                      const QString &initial) override;
+
 protected:
     int choose(QWidget *parent, const AskedQuestion &question, int escapeIndex) override;
 
@@ -57,6 +66,7 @@ private:
     std::deque<QString> m_answers;
     std::deque<std::optional<SaveChoice>> m_saveChoices;
     std::deque<AskedQuestion> m_asked;
+    std::deque<std::optional<QString>> m_names;
     QString m_openFolder;
 };
 

@@ -334,6 +334,13 @@ void DocumentFlows::reopenWithEncoding(DocumentTab *tab, TextEncoding encoding)
     showFileNotices(tab, *loaded, true);
 }
 
+void DocumentFlows::fileRemovedByUser(DocumentTab *tab)
+{
+    // The user removed it here: no question about a file that vanished.
+    m_reportedMissing.insert(tab->document().id());
+    tab->markFileRemoved();
+}
+
 void DocumentFlows::checkExternalChanges()
 {
     if (!m_prefs.checkExternalChanges() || m_isCheckingDisk)
@@ -351,6 +358,8 @@ void DocumentFlows::checkExternalChanges()
             if (m_questions.askAboutMissingFile(&m_window, doc.displayName())
                 == MissingFileAnswer::close)
                 m_window.discardDocument(tab);
+            else
+                tab->markFileRemoved();
             continue;
         }
         m_reportedMissing.remove(doc.id());

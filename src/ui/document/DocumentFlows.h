@@ -70,6 +70,11 @@ public:
     void convertEncoding(DocumentTab *tab, TextEncoding encoding);
     void setLineEnding(DocumentTab *tab, LineEnding ending);
     void checkExternalChanges();
+    // The tab's file was moved to the trash from the sidebar: the tab keeps its text, says the
+    // file is gone, and is not asked about as a file removed by another program.
+    void fileRemovedByUser(DocumentTab *tab);
+    // The alert for a failed read or write: what failed, and why in the informative text.
+    void report(const DocumentError &error);
 
     // The open panels.
     void showOpenPanel();
@@ -88,8 +93,6 @@ private:
                        std::optional<TextEncoding> encoding,
                        std::optional<LineEnding> ending);
     LineEnding fallbackLineEnding() const;
-    // The alert for a failed read or write: what failed, and why in the informative text.
-    void report(const DocumentError &error);
 
     MainWindow &m_window;
     Preferences &m_prefs;

@@ -4,6 +4,8 @@
 #include "ui/document/FileNotices.h"
 #include "ui/editor/EditorView.h"
 
+#include <QFileInfo>
+
 namespace mirtex {
 
 DocumentTab::DocumentTab(Preferences &prefs,
@@ -27,7 +29,11 @@ DocumentTab::DocumentTab(Preferences &prefs,
                                             id);
     if (savedUtf8)
         m_document->updateDirty();
-    m_document->onStateChange = [this]() { Q_EMIT stateChanged(); };
+    m_document->onStateChange = [this]() {
+        m_editor->setShownLineEnding(m_document->lineEnding());
+        Q_EMIT stateChanged();
+    };
+    m_editor->setShownLineEnding(m_document->lineEnding());
     connect(m_editor, &EditorView::textEdited, this, [this]() { m_document->textDidChange(); });
     m_document->onPathChange = [this](const QString &) { detectLanguage(); };
     m_notices = new FileNotices(*this);
@@ -45,6 +51,17 @@ void DocumentTab::setLanguage(LanguagePtr language)
     m_editor->setLanguage(std::move(language));
     m_notices->checkColourLimit();
     Q_EMIT stateChanged();
+}
+
+void DocumentTab::markFileRemoved()
+{
+    m_fileRemoved = true;
+    Q_EMIT stateChanged();
+}
+
+bool DocumentTab::isFileRemoved() const
+{
+    return m_fileRemoved && m_document->path() && !QFileInfo::exists(*m_document->path());
 }
 
 void DocumentTab::setReadOnly(bool readOnly)

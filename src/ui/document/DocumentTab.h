@@ -49,6 +49,11 @@ public:
     // Locks or unlocks the text; the tab's state changes with it.
     void setReadOnly(bool readOnly);
 
+    // The tab's file was removed (moved to the trash, deleted by another program) and the tab
+    // kept: it says so until the file is on disk again (the next save).
+    void markFileRemoved();
+    bool isFileRemoved() const;
+
     // Colours the tab in `language` and records it in the document (and says when the text is
     // too long to be coloured).
     void setLanguage(LanguagePtr language);
@@ -63,6 +68,7 @@ private:
     QPointer<EditorView> m_editor;
     QPointer<FileNotices> m_notices;
     std::unique_ptr<Document> m_document;
+    bool m_fileRemoved = false;
 };
 
 } // namespace mirtex

@@ -212,6 +212,8 @@ void MainWindow::refreshTab(DocumentTab *tab)
     QString title = doc.displayName();
     if (doc.isReadOnly())
         title += tr(" (sola lettura)");
+    if (tab->isFileRemoved())
+        title += tr(" (eliminato)");
     if (doc.isDirty())
         title = QStringLiteral("● ") + title;
     m_tabs->setTabText(index, title);

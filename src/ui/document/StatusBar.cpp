@@ -13,6 +13,8 @@ namespace mirtex {
 
 namespace {
 
+constexpr int kPadding = 6;
+
 QToolButton *makeButton(QWidget *parent)
 {
     auto *button = new QToolButton(parent);
@@ -33,6 +35,13 @@ StatusBar::StatusBar(QWidget *parent)
     , m_zoom(new QLabel(this))
 {
     setSizeGripEnabled(false);
+    // Room at both ends and between the items, so no text touches the window's edge or another.
+    setContentsMargins(kPadding, 0, kPadding, 0);
+    setStyleSheet(QStringLiteral("QStatusBar::item { border: none; }"));
+    for (QLabel *label : {m_caret, m_selection, m_zoom})
+        label->setContentsMargins(kPadding, 2, kPadding, 2);
+    for (QToolButton *button : {m_encoding, m_lineEnding, m_language})
+        button->setContentsMargins(kPadding / 2, 0, kPadding / 2, 0);
     addWidget(m_caret);
     addWidget(m_selection);
     addPermanentWidget(m_language);

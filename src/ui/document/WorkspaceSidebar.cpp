@@ -39,6 +39,14 @@ WorkspaceSidebar::WorkspaceSidebar(Preferences &prefs, QWidget *parent)
         if (!m_model->isDir(index))
             Q_EMIT fileActivated(m_model->filePath(index));
     });
+    m_tree->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(m_tree, &QWidget::customContextMenuRequested, this, [this](QPoint at) {
+        const QModelIndex index = m_tree->indexAt(at);
+        if (index.isValid())
+            m_tree->setCurrentIndex(index);
+        Q_EMIT menuRequested(index.isValid() ? m_model->filePath(index) : QString(),
+                             m_tree->viewport()->mapToGlobal(at));
+    });
     connect(m_folderChooser, &QComboBox::currentIndexChanged, this, [this](int index) {
         if (index >= 0 && index < m_folders.size())
             showFolder(m_folders[index]);

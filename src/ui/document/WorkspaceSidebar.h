@@ -34,6 +34,8 @@ public:
 
 Q_SIGNALS:
     void fileActivated(const QString &path);
+    // A right click at `globalPos` on the entry `path` (empty: on no entry).
+    void menuRequested(const QString &path, const QPoint &globalPos);
 
 private:
     void showFolder(const QString &folder);

@@ -3,6 +3,7 @@
 #include "core/app/Preferences.h"
 #include "ui/editor/EditorColors.h"
 #include "ui/editor/EditorKeys.h"
+#include "ui/editor/LineEndMarks.h"
 #include "ui/editor/PaneHighlightTarget.h"
 #include "ui/editor/TypingUndoSteps.h"
 
@@ -12,6 +13,7 @@
 #include <QFontDatabase>
 #include <QKeyEvent>
 #include <QMimeData>
+#include <QPainter>
 
 namespace mirtex {
 
@@ -58,6 +60,23 @@ EditorPane::EditorPane(QWidget *parent)
 }
 
 EditorPane::~EditorPane() = default;
+
+void EditorPane::setLineEndLabel(const QString &label)
+{
+    if (label == m_lineEndLabel)
+        return;
+    m_lineEndLabel = label;
+    viewport()->update();
+}
+
+void EditorPane::paintEvent(QPaintEvent *event)
+{
+    QsciScintilla::paintEvent(event);
+    if (m_lineEndLabel.isEmpty() || !eolVisibility())
+        return;
+    QPainter painter(viewport());
+    LineEndMarks::paint(*this, painter, m_lineEndLabel);
+}
 
 void EditorPane::applyPreferences(const Preferences &prefs)
 {

@@ -38,6 +38,10 @@ public:
     // users expect them (shared by the panes of one document; not owned).
     void setTypingSteps(TypingUndoSteps *steps) { m_typingSteps = steps; }
 
+    // The mark "Mostra i fine riga" shows at each line break: the document's own ending ("CRLF",
+    // "CR"); empty for LF, which Scintilla marks itself.
+    void setLineEndLabel(const QString &label);
+
 Q_SIGNALS:
     void focused(mirtex::EditorPane *pane);
     // The user asked for the context menu at `globalPos`; the pane shows none of its own.
@@ -47,6 +51,7 @@ Q_SIGNALS:
     void inputHandled();
 
 protected:
+    void paintEvent(QPaintEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
     void inputMethodEvent(QInputMethodEvent *event) override;
@@ -67,6 +72,7 @@ private:
     std::function<bool(QChar)> m_autoCloseHandler;
     TypingUndoSteps *m_typingSteps = nullptr;
     bool m_showLineNumbers = true;
+    QString m_lineEndLabel;
 };
 
 } // namespace mirtex

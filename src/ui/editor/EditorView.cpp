@@ -209,6 +209,7 @@ void EditorView::setSplit(std::optional<Qt::Orientation> orientation)
     ScintillaDocuments::share(m_primary, m_secondary);
     m_secondary->applyPreferences(m_prefs);
     m_secondary->applyColors(m_colors);
+    setShownLineEnding(m_shownLineEnding);
     m_annotations->configurePane(m_secondary);
     m_secondaryTarget = new PaneHighlightTarget(*this, m_secondary, *m_highlighter);
     m_highlighter->attach(m_secondaryTarget);
@@ -308,6 +309,15 @@ void EditorView::applyColors(const EditorColors &colors)
     if (m_secondary)
         m_secondary->applyColors(colors);
     m_annotations->applyColors(colors);
+}
+
+void EditorView::setShownLineEnding(LineEnding ending)
+{
+    m_shownLineEnding = ending;
+    const QString label = ending == LineEnding::lf ? QString() : toString(ending).toUpper();
+    m_primary->setLineEndLabel(label);
+    if (m_secondary)
+        m_secondary->setLineEndLabel(label);
 }
 
 std::optional<QString> EditorView::readySnapshot() const

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "core/document/DocumentText.h"
+#include "core/document/LineEnding.h"
 #include "core/languages/Language.h"
 #include "core/text/EditBatch.h"
 #include "core/text/TextRange.h"
@@ -92,6 +93,8 @@ public:
 
     void applyPreferences();
     void applyColors(const EditorColors &colors);
+    // The line ending "Mostra i fine riga" shows (the document's; the text itself holds LF).
+    void setShownLineEnding(LineEnding ending);
 
     const EditorColors &colors() const { return m_colors; }
 
@@ -140,6 +143,7 @@ private:
     PaneHighlightTarget *m_primaryTarget = nullptr;
     PaneHighlightTarget *m_secondaryTarget = nullptr;
     EditorColors m_colors;
+    LineEnding m_shownLineEnding = LineEnding::lf;
     long m_lineCount = 1;
     bool m_editable = true;
     // The bytes the text was last known equal to (shared with the document's saved text), so
