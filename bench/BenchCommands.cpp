@@ -9,6 +9,7 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <cstdio>
 #include <limits>
 
@@ -135,6 +136,46 @@ int highlightToHtml(const QStringList &arguments)
     return 0;
 }
 
+// convert --from SET --to SET [--stage open|save] FILE: the file opened as the editor opens it
+// when told SET (bytes straight to the editor's UTF-8, breaks as LF), then saved in the other set
+// with the file's own line ending, to standard output: the work `iconv -f SET -t SET` does, as two
+// steps.
+// --stage open stops after the opening (nothing written); --stage save times the saving alone
+// (the opening is done, then the save is repeated --repeat N times and written once).
+int convert(const QStringList &arguments)
+{
+    const auto option = [&](const char *name) -> QString {
+        const qsizetype at = arguments.indexOf(QLatin1String(name));
+        return at >= 0 && at + 1 < arguments.size() ? arguments[at + 1] : QString();
+    };
+    const CharacterSetInfo *from = findCharacterSetNamed(option("--from").toLatin1().constData());
+    const CharacterSetInfo *to = findCharacterSetNamed(option("--to").toLatin1().constData());
+    if (!from || !to || arguments.size() < 5) {
+        std::fprintf(stderr, "usage: convert --from SET --to SET [--stage open|save] FILE\n");
+        return 2;
+    }
+    const QString stage = option("--stage");
+    const auto opened
+        = Document::read(arguments.last(), TextEncoding{from->number, false}, LineEnding::lf);
+    if (!opened) {
+        std::fprintf(stderr, "%s\n", qPrintable(opened.error().description()));
+        return 1;
+    }
+    if (stage == QLatin1String("open"))
+        return 0;
+    const int repeat = stage == QLatin1String("save") ? std::max(1, option("--repeat").toInt()) : 1;
+    std::optional<QByteArray> saved;
+    for (int i = 0; i < repeat; ++i)
+        saved = TextCodec::encodeFromUtf8(
+            opened->utf8, TextEncoding{to->number, false}, opened->lineEnding);
+    if (!saved) {
+        std::fprintf(stderr, "not representable in %s\n", to->converterName);
+        return 1;
+    }
+    std::fwrite(saved->constData(), 1, size_t(saved->size()), stdout);
+    return 0;
+}
+
 } // namespace
 
 std::optional<int> runBenchCommand(const QStringList &arguments)
@@ -145,6 +186,8 @@ std::optional<int> runBenchCommand(const QStringList &arguments)
         return detectEncoding(arguments.mid(1));
     if (arguments.first() == QLatin1String("highlight"))
         return highlightToHtml(arguments.mid(1));
+    if (arguments.first() == QLatin1String("convert"))
+        return convert(arguments.mid(1));
     return std::nullopt;
 }
 
