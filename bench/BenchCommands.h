@@ -8,7 +8,8 @@
 
 namespace mirtex {
 
-// Commands: detect-encoding [--hint] FILE…; highlight --lexer ID FILE; diff [--unified=N] A B.
+// Commands: detect-encoding [--hint] FILE…; highlight --lexer ID FILE; diff [--unified=N] A B;
+// convert --from SET --to SET [--stage open|save [--repeat N]] FILE.
 // Runs the command named by arguments[0] and gives its exit status; nothing when arguments[0]
 // names no command (the benchmarks run instead).
 std::optional<int> runBenchCommand(const QStringList &arguments);

@@ -7,6 +7,7 @@
 #include <QFile>
 
 #include <benchmark/benchmark.h>
+#include <iconv.h>
 #include <random>
 
 using namespace mirtex;
@@ -184,6 +185,93 @@ void BM_IcuWindows1252(benchmark::State &state)
     icuBench(state, windows1252Text(), "windows-1252");
 }
 
+// The one-pass paths the editor uses: a file's bytes straight to its UTF-8 and back.
+void decodeToUtf8Bench(benchmark::State &state, const QByteArray &data, TextEncoding expected)
+{
+    for (auto _ : state) {
+        auto decoded = TextCodec::decodeToUtf8(data, expected, LineEnding::lf);
+        if (!decoded) {
+            state.SkipWithError("did not decode");
+            return;
+        }
+        benchmark::DoNotOptimize(decoded->utf8.constData());
+    }
+    state.SetBytesProcessed(state.iterations() * data.size());
+}
+
+void encodeFromUtf8Bench(benchmark::State &state,
+                         const QByteArray &data,
+                         TextEncoding from,
+                         TextEncoding to)
+{
+    const auto decoded = TextCodec::decodeToUtf8(data, from, LineEnding::lf);
+    for (auto _ : state) {
+        auto bytes = TextCodec::encodeFromUtf8(decoded->utf8, to, decoded->lineEnding);
+        if (!bytes) {
+            state.SkipWithError("did not encode");
+            return;
+        }
+        benchmark::DoNotOptimize(bytes->constData());
+    }
+    state.SetBytesProcessed(state.iterations() * data.size());
+}
+
+const QByteArray &utf16Log()
+{
+    static const QByteArray data
+        = *TextCodec::encodeFromUtf8(utf8Log(), {CharacterSet::utf16LE, false}, LineEnding::lf);
+    return data;
+}
+
+void BM_DecodeToUtf8Windows1252Crlf(benchmark::State &state)
+{
+    decodeToUtf8Bench(state, windows1252Text(), TextEncoding::windows1252());
+}
+
+void BM_EncodeFromUtf8Windows1252Crlf(benchmark::State &state)
+{
+    encodeFromUtf8Bench(
+        state, windows1252Text(), TextEncoding::windows1252(), TextEncoding::windows1252());
+}
+
+// Saving the UTF-8 log as UTF-16 LE (bytes per second of the UTF-8 input, as iconv is timed).
+void BM_EncodeFromUtf8Utf16Log(benchmark::State &state)
+{
+    encodeFromUtf8Bench(state, utf8Log(), TextEncoding::utf8(), {CharacterSet::utf16LE, false});
+}
+
+void BM_DecodeToUtf8Utf16Log(benchmark::State &state)
+{
+    decodeToUtf8Bench(state, utf16Log(), {CharacterSet::utf16LE, false});
+}
+
+void BM_EncodeFromUtf8Utf32Log(benchmark::State &state)
+{
+    encodeFromUtf8Bench(state, utf8Log(), TextEncoding::utf8(), {CharacterSet::utf32BE, false});
+}
+
+// Reference point: glibc's iconv(3), what the iconv tool runs, on the same conversion in memory.
+void BM_IconvUtf8ToUtf16Log(benchmark::State &state)
+{
+    const QByteArray &data = utf8Log();
+    iconv_t converter = iconv_open("UTF-16LE", "UTF-8");
+    QByteArray out(data.size() * 2 + 16, Qt::Uninitialized);
+    for (auto _ : state) {
+        char *in = const_cast<char *>(data.constData());
+        size_t inLeft = size_t(data.size());
+        char *to = out.data();
+        size_t outLeft = size_t(out.size());
+        iconv(converter, nullptr, nullptr, nullptr, nullptr);
+        if (iconv(converter, &in, &inLeft, &to, &outLeft) == size_t(-1)) {
+            state.SkipWithError("iconv failed");
+            break;
+        }
+        benchmark::DoNotOptimize(out.constData());
+    }
+    iconv_close(converter);
+    state.SetBytesProcessed(state.iterations() * data.size());
+}
+
 } // namespace
 
 BENCHMARK(BM_DecodeUtf8Log)->Unit(benchmark::kMillisecond);
@@ -193,3 +281,9 @@ BENCHMARK(BM_EncodeWindows1252Crlf)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_QtFromUtf8Log)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_IcuUtf8Log)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_IcuWindows1252)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_DecodeToUtf8Windows1252Crlf)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_EncodeFromUtf8Windows1252Crlf)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_EncodeFromUtf8Utf16Log)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_DecodeToUtf8Utf16Log)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_EncodeFromUtf8Utf32Log)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_IconvUtf8ToUtf16Log)->Unit(benchmark::kMillisecond);

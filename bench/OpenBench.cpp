@@ -22,9 +22,11 @@
 #include <QKeyEvent>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <benchmark/benchmark.h>
 #include <memory>
 #include <sys/resource.h>
+#include <vector>
 
 namespace {
 
@@ -311,5 +313,115 @@ void DirtyCheckSameLength(benchmark::State &state)
 }
 
 BENCHMARK(DirtyCheckSameLength)->Unit(benchmark::kMillisecond)->Iterations(30);
+
+// Keys typed one by one at the end of the loaded log as the user types them (the key event
+// through the pane, then the repaint of the next frame): the spread of key-to-screen times, since
+// a rare long stall matters more than the mean.
+void KeyToScreen(benchmark::State &state)
+{
+    LoadedLog log;
+    log.pane()->SendScintilla(Sci::SCI_DOCUMENTEND);
+    log.pane()->repaint();
+    std::vector<double> millis;
+    int step = 0;
+    for (auto _ : state) {
+        const char letter = step++ % 6 == 5 ? ' ' : 'x';
+        QElapsedTimer clock;
+        clock.start();
+        QKeyEvent press(QEvent::KeyPress,
+                        letter == ' ' ? Qt::Key_Space : Qt::Key_X,
+                        Qt::NoModifier,
+                        QString(QLatin1Char(letter)));
+        QCoreApplication::sendEvent(log.pane(), &press);
+        QCoreApplication::processEvents();
+        log.pane()->repaint();
+        const double elapsed = double(clock.nsecsElapsed()) / 1e6;
+        state.SetIterationTime(elapsed / 1e3);
+        millis.push_back(elapsed);
+    }
+    std::sort(millis.begin(), millis.end());
+    const auto percentile = [&](double p) {
+        return millis.empty() ? 0.0 : millis[std::size_t(p * double(millis.size() - 1))];
+    };
+    state.counters["p50_ms"] = percentile(0.50);
+    state.counters["p99_ms"] = percentile(0.99);
+    state.counters["max_ms"] = millis.empty() ? 0.0 : millis.back();
+    if (!log.tab->document().isDirty())
+        state.SkipWithError("typing did not make the document dirty");
+    reportMemory(state, QFileInfo(logPath()).size());
+}
+
+BENCHMARK(KeyToScreen)->Unit(benchmark::kMillisecond)->UseManualTime()->Iterations(250);
+
+// 50 MB of prose in Windows-1252 with CR LF breaks (accented letters, the euro sign, curly quotes
+// and dashes from the 0x80-0x9F row), written once per process like the log.
+const QString &windows1252Path()
+{
+    static QTemporaryDir folder;
+    static const QString path = [] {
+        static const char *const kWords[] = {"perch\xE9",
+                                             "citt\xE0",
+                                             "caff\xE8",
+                                             "\x93"
+                                             "cos\xEC\x94",
+                                             "\x80",
+                                             "fa\xE7"
+                                             "ade",
+                                             "\x96",
+                                             "Stra\xDF"
+                                             "e",
+                                             "la",
+                                             "casa",
+                                             "del",
+                                             "quaderno",
+                                             "scrive",
+                                             "molto",
+                                             "bene",
+                                             "oggi\x85"};
+        const QString file = folder.filePath(QStringLiteral("prosa-1252.txt"));
+        QFile out(file);
+        if (!out.open(QIODevice::WriteOnly))
+            qFatal("cannot write the benchmark text");
+        quint32 seed = 11;
+        QByteArray chunk;
+        for (qint64 written = 0; written < 50'000'000; written += chunk.size()) {
+            chunk.clear();
+            while (chunk.size() < (1 << 20)) {
+                seed = seed * 1664525u + 1013904223u;
+                const int words = 6 + int(seed >> 28);
+                for (int i = 0; i < words; ++i) {
+                    seed = seed * 1664525u + 1013904223u;
+                    chunk += kWords[(seed >> 20) % std::size(kWords)];
+                    chunk += i + 1 < words ? ' ' : '.';
+                }
+                chunk += "\r\n";
+            }
+            out.write(chunk);
+        }
+        return file;
+    }();
+    return path;
+}
+
+// Opening the Windows-1252 text up to its first painted screen: decoding straight to the editor's
+// UTF-8 with the CR LF breaks turned into LF in the same pass.
+void OpenWindows1252ToFirstPaint(benchmark::State &state)
+{
+    const QString &path = windows1252Path();
+    Window window;
+    for (auto _ : state) {
+        DocumentTab *tab = window.open(path);
+        state.PauseTiming();
+        if (tab->document().encoding() != TextEncoding::windows1252())
+            state.SkipWithError("not opened as Windows-1252");
+        window.close(tab);
+        state.ResumeTiming();
+    }
+    state.counters["openPath_ms"] = double(window.openedMs) / double(state.iterations());
+    state.counters["firstPaint_ms"] = double(window.paintedMs) / double(state.iterations());
+    reportMemory(state, QFileInfo(path).size());
+}
+
+BENCHMARK(OpenWindows1252ToFirstPaint)->Unit(benchmark::kMillisecond)->Iterations(3)->UseRealTime();
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "core/document/SingleByteCodec.h"
 
+#include "core/document/GrowingBytes.h"
 #include "core/document/HugePageHint.h"
 
 #include <QHash>
@@ -29,38 +30,6 @@ quint32 packUtf8(char16_t unit)
     return 3u << 24 | quint32(0x80 | (unit & 0x3F)) << 16
            | quint32(0x80 | ((unit >> 6) & 0x3F)) << 8 | quint32(0xE0 | unit >> 12);
 }
-
-// A QByteArray written through a raw pointer and grown a chunk at a time, so that the worst case
-// (three UTF-8 bytes per input byte) is never allocated for a whole large file.
-class GrowingBytes
-{
-public:
-    explicit GrowingBytes(qsizetype expected)
-        : m_bytes(expected, Qt::Uninitialized)
-    {
-        adviseHugePages(m_bytes.data(), size_t(m_bytes.size()));
-    }
-
-    // Room for `more` bytes after the current end.
-    uchar *reserve(qsizetype more)
-    {
-        if (m_written + more > m_bytes.size())
-            m_bytes.resize(std::max(m_written + more, m_bytes.size() + m_bytes.size() / 2));
-        return reinterpret_cast<uchar *>(m_bytes.data()) + m_written;
-    }
-
-    void advance(uchar *to) { m_written = to - reinterpret_cast<uchar *>(m_bytes.data()); }
-
-    QByteArray take()
-    {
-        m_bytes.truncate(m_written);
-        return std::move(m_bytes);
-    }
-
-private:
-    QByteArray m_bytes;
-    qsizetype m_written = 0;
-};
 
 constexpr qsizetype kChunk = 4096;
 

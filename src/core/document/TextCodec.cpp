@@ -6,6 +6,7 @@
 #include "core/document/SingleByteCodec.h"
 #include "core/document/Utf8Codec.h"
 #include "core/document/WideUnicodeCodec.h"
+#include "core/document/WideUnicodeUtf8.h"
 
 #include <QList>
 
@@ -218,21 +219,79 @@ std::shared_ptr<const SingleByteCodec> directSingleByte(quint64 characterSet)
     return table && table->isAsciiCompatible() ? table : nullptr;
 }
 
-// One-pass decoding in a set known to the caller; nothing when the bytes do not decode in it,
-// and also nothing (with `handled` false) when the set has no one-pass path.
-std::optional<QByteArray> decodeDirect(quint64 characterSet, QByteArrayView bytes, bool *handled)
+// The width and byte order of UTF-16 and UTF-32 sets; nothing for the others.
+std::optional<std::pair<WideUnicodeUtf8::UnitWidth, ByteOrder>> wideForm(quint64 characterSet)
+{
+    using WideUnicodeUtf8::UnitWidth;
+    switch (characterSet) {
+    case CharacterSet::utf16LE:
+        return std::pair{UnitWidth::utf16, ByteOrder::littleEndian};
+    case CharacterSet::utf16BE:
+        return std::pair{UnitWidth::utf16, ByteOrder::bigEndian};
+    case CharacterSet::utf32LE:
+        return std::pair{UnitWidth::utf32, ByteOrder::littleEndian};
+    case CharacterSet::utf32BE:
+        return std::pair{UnitWidth::utf32, ByteOrder::bigEndian};
+    default:
+        return std::nullopt;
+    }
+}
+
+// The first break of UTF-16 or UTF-32 units, by the same rule as detectLineEnding().
+LineEnding lineEndingOfUnits(QByteArrayView bytes,
+                             WideUnicodeUtf8::UnitWidth width,
+                             ByteOrder order,
+                             LineEnding fallback)
+{
+    const qsizetype unitSize = qsizetype(width);
+    const auto *p = reinterpret_cast<const uchar *>(bytes.data());
+    const qsizetype units = bytes.size() / unitSize;
+    const auto unitAt = [&](qsizetype index) {
+        const uchar *unit = p + index * unitSize;
+        char32_t value = 0;
+        for (qsizetype i = 0; i < unitSize; ++i) {
+            const uchar byte = unit[order == ByteOrder::littleEndian ? unitSize - 1 - i : i];
+            value = value << 8 | byte;
+        }
+        return value;
+    };
+    for (qsizetype i = 0; i < units; ++i) {
+        const char32_t unit = unitAt(i);
+        if (unit == '\n')
+            return LineEnding::lf;
+        if (unit == '\r')
+            return i + 1 < units && unitAt(i + 1) == '\n' ? LineEnding::crlf : LineEnding::cr;
+    }
+    return fallback;
+}
+
+// One-pass decoding in a set known to the caller, with its line ending; nothing when the bytes
+// do not decode in it, and also nothing (with `handled` false) when the set has no one-pass path.
+std::optional<std::pair<QByteArray, LineEnding>>
+decodeDirect(quint64 characterSet, QByteArrayView bytes, LineEnding fallback, bool *handled)
 {
     *handled = true;
+    std::optional<QByteArray> utf8;
     if (characterSet == CharacterSet::utf8) {
         bool containsCR = true;
         if (!Utf8Codec::isValid(bytes, &containsCR))
             return std::nullopt;
-        return containsCR ? normalizeUtf8Breaks(bytes) : bytes.toByteArray();
+        utf8 = containsCR ? normalizeUtf8Breaks(bytes) : bytes.toByteArray();
+    } else if (auto table = directSingleByte(characterSet)) {
+        utf8 = table->decodeToUtf8(bytes);
+    } else if (auto wide = wideForm(characterSet)) {
+        utf8 = WideUnicodeUtf8::decodeToUtf8(bytes, wide->first, wide->second);
+        if (!utf8)
+            return std::nullopt;
+        return std::pair{std::move(*utf8),
+                         lineEndingOfUnits(bytes, wide->first, wide->second, fallback)};
+    } else {
+        *handled = false;
+        return std::nullopt;
     }
-    if (auto table = directSingleByte(characterSet))
-        return table->decodeToUtf8(bytes);
-    *handled = false;
-    return std::nullopt;
+    if (!utf8)
+        return std::nullopt;
+    return std::pair{std::move(*utf8), lineEndingOfBytes(bytes, fallback)};
 }
 
 // `bytes` after the encoding's byte-order mark, if it has one. Not prepend(): that would
@@ -288,9 +347,25 @@ decode(QByteArrayView data, std::optional<TextEncoding> forced, LineEnding fallb
 std::optional<DecodedUtf8>
 decodeToUtf8(QByteArrayView data, std::optional<TextEncoding> forced, LineEnding fallback)
 {
-    // The sets and the order detectAndDecode() and decodeForced() would try.
+    // The sets and the order detectAndDecode() and decodeForced() would try. After a mark (or
+    // with `forced`) only the first counts.
+    struct Mark
+    {
+        const char *bytes;
+        qsizetype length;
+        TextEncoding encoding;
+    };
+
+    static const Mark kMarks[] = {
+        {"\xEF\xBB\xBF", 3, TextEncoding::utf8WithBom()},
+        {"\xFF\xFE\x00\x00", 4, {CharacterSet::utf32LE, true}},
+        {"\x00\x00\xFE\xFF", 4, {CharacterSet::utf32BE, true}},
+        {"\xFF\xFE", 2, {CharacterSet::utf16LE, true}},
+        {"\xFE\xFF", 2, {CharacterSet::utf16BE, true}},
+    };
     QList<TextEncoding> candidates;
     QByteArrayView body = data;
+    bool onlyFirst = true;
     if (forced) {
         const QByteArray mark = forced->bomBytes();
         if (forced->encoding == CharacterSet::utf8 && startsWith(data, "\xEF\xBB\xBF", 3))
@@ -298,24 +373,33 @@ decodeToUtf8(QByteArrayView data, std::optional<TextEncoding> forced, LineEnding
         else if (!mark.isEmpty() && data.startsWith(mark))
             body = data.sliced(mark.size());
         candidates = {*forced};
-    } else if (startsWith(data, "\xEF\xBB\xBF", 3)) {
-        body = data.sliced(3);
-        candidates = {TextEncoding::utf8WithBom()};
-    } else if (!startsWith(data, "\xFF\xFE", 2) && !startsWith(data, "\xFE\xFF", 2)
-               && !startsWith(data, "\x00\x00\xFE\xFF", 4) && !detectUTF16(data)) {
-        candidates = {TextEncoding::utf8(), TextEncoding::windows1252(), TextEncoding::isoLatin1()};
+    } else {
+        for (const Mark &mark : kMarks) {
+            if (startsWith(data, mark.bytes, mark.length)) {
+                body = data.sliced(mark.length);
+                candidates = {mark.encoding};
+                break;
+            }
+        }
+        if (candidates.isEmpty()) {
+            onlyFirst = false;
+            if (std::optional<TextEncoding> utf16 = detectUTF16(data))
+                candidates.append(*utf16);
+            candidates
+                += {TextEncoding::utf8(), TextEncoding::windows1252(), TextEncoding::isoLatin1()};
+        }
     }
     for (const TextEncoding &candidate : candidates) {
         bool handled = false;
-        std::optional<QByteArray> utf8 = decodeDirect(candidate.encoding, body, &handled);
+        auto utf8 = decodeDirect(candidate.encoding, body, fallback, &handled);
         if (!handled)
             break;
         if (utf8)
-            return DecodedUtf8{std::move(*utf8), candidate, lineEndingOfBytes(body, fallback)};
-        if (forced)
+            return DecodedUtf8{std::move(utf8->first), candidate, utf8->second};
+        if (onlyFirst)
             return std::nullopt;
     }
-    // Marks, UTF-16 and UTF-32, and the multi-byte sets: through UTF-16.
+    // The multi-byte sets: through UTF-16.
     std::optional<Decoded> decoded = decode(data, forced, fallback);
     if (!decoded)
         return std::nullopt;
@@ -430,6 +514,10 @@ encodeFromUtf8(QByteArrayView utf8, TextEncoding encoding, LineEnding ending)
                                          : expandUtf8Breaks(utf8, lineBreakBytes);
     } else if (auto table = directSingleByte(encoding.encoding)) {
         bytes = table->encodeFromUtf8(utf8, lineBreakBytes);
+    } else if (auto wide = wideForm(encoding.encoding)) {
+        // The mark is written first into the one buffer rather than copied in front afterwards.
+        return WideUnicodeUtf8::encodeFromUtf8(
+            utf8, wide->first, wide->second, lineBreakBytes, encoding.bomBytes());
     } else {
         if (!Utf8Codec::isValid(utf8))
             return std::nullopt;

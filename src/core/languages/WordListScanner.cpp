@@ -97,6 +97,10 @@ WordListScanner::WordListScanner(const QStringList &words, bool caseInsensitive)
         m_shortest = std::min(m_shortest, word.size());
         m_longest = std::max(m_longest, word.size());
     }
+    for (const QString &word : words) {
+        if (!word.isEmpty() && word.front().unicode() < 128 && word.size() < 64)
+            m_lengthsByFirst[word.front().unicode()] |= quint64(1) << word.size();
+    }
     if (caseInsensitive) {
         // Full case folding can lengthen a run ("ß" folds to "ss") but never halves it.
         m_shortest = 1;
@@ -119,19 +123,39 @@ std::optional<TextRange> WordListScanner::nextMatch(QStringView text, qsizetype 
     // Inside a run no position can match: its start would have a word character before it.
     if (at > 0 && at < text.size() && isWordBefore(text, at))
         at = runEnd(text, at);
+    const char16_t *units = text.utf16();
+    const qsizetype size = text.size();
     qsizetype width = 0;
-    while (at < text.size()) {
-        if (!isWordAt(text, at, &width)) {
+    while (at < size) {
+        // ASCII between words is skipped without the general lookup.
+        while (at < size && units[at] < 128 && !kAsciiWord[units[at]])
+            ++at;
+        if (at >= size)
+            break;
+        if (units[at] >= 128 && !isWordAt(text, at, &width)) {
             at += width;
             continue;
         }
-        const qsizetype end = runEnd(text, at);
+        qsizetype end = at;
+        while (end < size && units[end] < 128 && kAsciiWord[units[end]])
+            ++end;
+        if (end < size && units[end] >= 128)
+            end = runEnd(text, end);
         const qsizetype length = end - at;
-        if (length >= m_shortest && length <= m_longest && contains(text.sliced(at, length)))
+        if (length >= m_shortest && length <= m_longest && mayContain(units[at], length)
+            && contains(text.sliced(at, length)))
             return TextRange{at, length};
         at = end;
     }
     return std::nullopt;
+}
+
+bool WordListScanner::mayContain(char16_t first, qsizetype length) const
+{
+    // Runs of a case-insensitive list, or that start outside ASCII, go to the set itself.
+    if (m_caseInsensitive || first >= 128 || length >= 64)
+        return true;
+    return (m_lengthsByFirst[first] >> length) & 1;
 }
 
 bool WordListScanner::contains(QStringView run) const

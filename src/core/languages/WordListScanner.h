@@ -7,6 +7,7 @@
 #include <QStringList>
 #include <QStringView>
 
+#include <array>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -32,6 +33,9 @@ public:
 
 private:
     bool contains(QStringView run) const;
+    // False when no word of a case-sensitive list starts with `first` and has `length` units: a
+    // cheap test before hashing the run.
+    bool mayContain(char16_t first, qsizetype length) const;
 
     struct Hash
     {
@@ -48,6 +52,8 @@ private:
     bool m_caseInsensitive = false;
     qsizetype m_shortest = 0;
     qsizetype m_longest = 0;
+    // Bit n of entry c: some word starts with ASCII c and has n units (n < 64).
+    std::array<quint64, 128> m_lengthsByFirst{};
 };
 
 } // namespace mirtex

@@ -97,5 +97,123 @@ TEST(DirectTranscoding, EncodingMatchesTheUtf16Path)
     }
 }
 
+// Wide-unit bytes that are mostly text: ASCII runs long enough for the vector paths, breaks of
+// every kind, BMP letters, pairs, and now and then a lone surrogate, a value out of range or a
+// stray byte; sometimes after a mark.
+QByteArray randomWideBytes(QRandomGenerator &random, int unitSize, bool bigEndian)
+{
+    QList<char32_t> units;
+    const int length = random.bounded(0, 90);
+    for (int i = 0; i < length; ++i) {
+        const int kind = random.bounded(40);
+        if (kind < 20) {
+            for (int run = random.bounded(1, 20); run > 0; --run)
+                units.append(char32_t('a' + random.bounded(26)));
+        } else if (kind < 24) {
+            units.append(std::array<char32_t, 4>{'\r', '\n', '\r', 0x2028}[kind - 20]);
+            if (kind == 22)
+                units.append('\n');
+        } else if (kind < 30) {
+            units.append(
+                std::array<char32_t, 6>{0xE8, 0x20AC, 0x65E5, 0x7FF, 0x800, 0xFFFD}[kind - 24]);
+        } else if (kind < 37) {
+            const char32_t code = 0x10000 + char32_t(random.bounded(0x100000));
+            if (unitSize == 4) {
+                units.append(code);
+            } else {
+                units.append(QChar::highSurrogate(code));
+                units.append(QChar::lowSurrogate(code));
+            }
+        } else if (kind == 37) {
+            units.append(char32_t(0xD800 + random.bounded(0x800)));
+        } else if (kind == 38 && unitSize == 4) {
+            units.append(char32_t(0x110000 + random.bounded(4)));
+        } else {
+            units.append(0xFEFF);
+        }
+    }
+    QByteArray bytes;
+    switch (random.bounded(8)) {
+    case 0:
+        units.prepend(0xFEFF); // the mark of this width and order
+        break;
+    case 1:
+        bytes += unitSize == 2 ? QByteArray("\xFF\xFE", 2) : QByteArray("\xFE\xFF", 2);
+        break;
+    default:
+        break;
+    }
+    for (const char32_t unit : units) {
+        for (int i = 0; i < unitSize; ++i)
+            bytes += char(unit >> (8 * (bigEndian ? unitSize - 1 - i : i)));
+    }
+    if (random.bounded(30) == 0)
+        bytes += 'x';
+    return bytes;
+}
+
+TEST(DirectTranscoding, WideDecodingMatchesTheUtf16Path)
+{
+    struct Form
+    {
+        TextEncoding encoding;
+        int unitSize;
+        bool bigEndian;
+    };
+
+    const Form forms[] = {
+        {{CharacterSet::utf16LE, false}, 2, false},
+        {{CharacterSet::utf16BE, false}, 2, true},
+        {{CharacterSet::utf32LE, false}, 4, false},
+        {{CharacterSet::utf32BE, false}, 4, true},
+    };
+    QRandomGenerator random(13);
+    for (int round = 0; round < 4000; ++round) {
+        const Form &form = forms[round % 4];
+        const QByteArray bytes = randomWideBytes(random, form.unitSize, form.bigEndian);
+        std::optional<TextEncoding> forced;
+        if (round % 3 == 1)
+            forced = form.encoding;
+        else if (round % 3 == 2)
+            forced = TextEncoding{form.encoding.encoding, true};
+        const auto direct = TextCodec::decodeToUtf8(bytes, forced, LineEnding::crlf);
+        const auto reference = throughUtf16(bytes, forced);
+        ASSERT_EQ(direct, reference) << bytes.toHex().toStdString() << " in "
+                                     << (forced ? forced->label().toStdString() : "detected");
+    }
+}
+
+TEST(DirectTranscoding, WideEncodingOfLongRunsMatchesTheUtf16Path)
+{
+    QRandomGenerator random(14);
+    const TextEncoding wide[] = {
+        {CharacterSet::utf16LE, true},
+        {CharacterSet::utf16BE, false},
+        {CharacterSet::utf32LE, false},
+        {CharacterSet::utf32BE, true},
+    };
+    for (int round = 0; round < 800; ++round) {
+        QString text;
+        for (int piece = random.bounded(0, 12); piece > 0; --piece) {
+            switch (random.bounded(5)) {
+            case 0:
+                text += u'\n';
+                break;
+            case 1:
+                text += std::array{u"é", u"€", u"😀", u"\u07FF\u0800"}[random.bounded(4)];
+                break;
+            default:
+                text += QString(random.bounded(1, 40), QChar(u'a' + random.bounded(26)));
+            }
+        }
+        const TextEncoding &encoding = wide[round % 4];
+        const LineEnding ending
+            = std::array{LineEnding::lf, LineEnding::crlf, LineEnding::cr}[round % 3];
+        ASSERT_EQ(TextCodec::encodeFromUtf8(text.toUtf8(), encoding, ending),
+                  TextCodec::encode(text, encoding, ending))
+            << qPrintable(encoding.label()) << ": " << qPrintable(text);
+    }
+}
+
 } // namespace
 } // namespace mirtex
