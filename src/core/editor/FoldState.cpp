@@ -89,7 +89,7 @@ bool FoldState::installRegions(std::vector<FoldRegion> regions, const LineLookup
             continue;
         const TextRange hidden = hiddenRangeOf(*region, lines);
         if (hidden.length > 0)
-            kept.push_back({lines.lineStart(line), hidden});
+            kept.push_back({lines.lineStart(line), hidden, hidden.location - 1});
     }
     return setFolds(std::move(kept));
 }
@@ -114,22 +114,23 @@ bool FoldState::carryThroughEdit(TextRange editedInNewText, qint64 changeInLengt
     for (Fold fold : m_folds) {
         TextRange &h = fold.hidden;
         // The header's line break went: the header line is no longer a line of its own.
-        const qint64 lineBreak = h.location - 1;
-        if (removes && lineBreak >= start && lineBreak < oldEnd && lineBreak >= fold.key)
+        if (removes && fold.lineBreak >= start && fold.lineBreak < oldEnd)
             continue;
+        if (fold.lineBreak >= oldEnd)
+            fold.lineBreak += changeInLength;
         if (h.location >= oldEnd) {
             h.location += changeInLength;
         } else if (h.end() > start) {
-            // The hidden text holds or overlaps the edit: it keeps what survived and what was
-            // typed inside it.
+            // The hidden text holds or overlaps the edit: it keeps what survived, and the new
+            // text when that lies strictly inside it (as a deletion followed by an insertion).
             const qint64 from = h.location < start ? h.location : newEnd;
-            const qint64 to = h.end() >= oldEnd ? h.end() + changeInLength : start;
+            const qint64 to = h.end() > oldEnd ? h.end() + changeInLength : start;
             h = {from, std::max<qint64>(0, to - from)};
         }
         if (fold.key >= oldEnd)
             fold.key += changeInLength;
         else if (fold.key >= start)
-            fold.key = start;
+            fold.key = newEnd; // the first of the header's units that survived
         carried.push_back(fold);
     }
     // Keys keep their order (a key never passes another), but two may now be equal.
@@ -157,10 +158,10 @@ bool FoldState::fold(qint64 lineIndex, const LineLookup &lines)
     if (hidden.length == 0)
         return false;
     if (auto it = findFold(key); it != m_folds.end())
-        it->hidden = hidden;
+        *it = {key, hidden, hidden.location - 1};
     else
         m_folds.insert(std::lower_bound(m_folds.begin(), m_folds.end(), Fold{key, {}}, byKey),
-                       Fold{key, hidden});
+                       Fold{key, hidden, hidden.location - 1});
     return rebuildHidden();
 }
 
@@ -197,7 +198,7 @@ bool FoldState::foldAll(const LineLookup &lines)
     for (const FoldRegion &region : m_regions) {
         const TextRange hidden = hiddenRangeOf(region, lines);
         if (hidden.length > 0)
-            folds.push_back({lines.lineStart(region.start), hidden});
+            folds.push_back({lines.lineStart(region.start), hidden, hidden.location - 1});
     }
     m_folds = std::move(folds); // regions are sorted by start, so their keys are too
     return rebuildHidden();
@@ -217,7 +218,7 @@ bool FoldState::foldLevel(int depth, const LineLookup &lines)
             continue;
         const TextRange hidden = hiddenRangeOf(region, lines);
         if (hidden.length > 0)
-            folds.push_back({lines.lineStart(region.start), hidden});
+            folds.push_back({lines.lineStart(region.start), hidden, hidden.location - 1});
     }
     std::stable_sort(folds.begin(), folds.end(), byKey);
     return setFolds(std::move(folds));
@@ -231,7 +232,7 @@ bool FoldState::foldAllExcept(qint64 lineIndex, const LineLookup &lines)
             continue;
         const TextRange hidden = hiddenRangeOf(region, lines);
         if (hidden.length > 0)
-            folds.push_back({lines.lineStart(region.start), hidden});
+            folds.push_back({lines.lineStart(region.start), hidden, hidden.location - 1});
     }
     return setFolds(std::move(folds));
 }

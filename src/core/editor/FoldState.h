@@ -12,11 +12,13 @@
 
 namespace mirtex {
 
-// One folded block: the offset where its header line starts and the text it hides.
+// One folded block: the offset where its header line starts and the text it hides, plus where
+// the header line's line break is (the fold goes when that goes).
 struct Fold
 {
     qint64 key = 0;
     TextRange hidden;
+    qint64 lineBreak = 0;
 
     friend constexpr bool operator==(const Fold &, const Fold &) = default;
 };
