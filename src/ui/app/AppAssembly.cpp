@@ -17,6 +17,7 @@
 #include "ui/document/DocumentFlows.h"
 #include "ui/document/EditCommands.h"
 #include "ui/document/EncodingCommands.h"
+#include "ui/document/FoldCommands.h"
 #include "ui/document/LanguageCommands.h"
 #include "ui/document/MainWindow.h"
 #include "ui/document/RecentFileCommands.h"
@@ -49,6 +50,8 @@ AppAssembly::AppAssembly(Preferences &prefs,
     ThemeCommands::registerIn(commands, prefs);
     AppCommands::registerIn(commands, *m_delegate, *m_window, *m_secondaryWindows);
     RecoveryCommands::registerIn(commands, *m_window, questions, m_delegate->session());
+    // Code folding.
+    FoldCommands::registerIn(commands, *m_context);
 
     m_menu = std::make_unique<MainMenu>(*m_window, commands, *m_recentFiles);
     QObject::connect(m_flows,
@@ -56,6 +59,8 @@ AppAssembly::AppAssembly(Preferences &prefs,
                      m_window.get(),
                      [this](const QString &path) { m_recentFiles->add(path); });
     ThemeCommands::addThemeMenu(commands, m_menu->menu(QStringLiteral("mirtex.menu.view")));
+    // Code folding.
+    FoldCommands::addFoldMenu(commands, m_menu->menu(QStringLiteral("mirtex.menu.view")));
 
     // Enabled and checked states follow the tab, its state and selection, and the settings.
     QObject::connect(

@@ -9,6 +9,7 @@
 #include "ui/document/DocumentTab.h"
 #include "ui/document/MainWindow.h"
 #include "ui/editor/EditorAnnotations.h"
+#include "ui/editor/EditorFolding.h"
 #include "ui/editor/EditorView.h"
 
 #include <QCoreApplication>
@@ -68,6 +69,9 @@ std::optional<QString> WindowSession::write(MainWindow &window)
         if (const auto split = editor->split())
             entry.split
                 = *split == Qt::Horizontal ? QStringLiteral("side") : QStringLiteral("stacked");
+        // Folded blocks.
+        for (qint64 line : editor->folding().foldedLines())
+            entry.folds.append(qsizetype(line));
         item.needsBackup = doc.isDirty() || (!doc.path() && editor->textLength() > 0);
         item.changeCount = doc.changeCount();
         item.backedUpChangeCount = doc.backedUpChangeCount();
@@ -190,6 +194,9 @@ bool WindowSession::restoreEntry(DocumentFlows &flows, const SessionState::Entry
         editor->annotations().setBookmarkedLines(
             std::vector<qsizetype>(lines.begin(), lines.end()));
     }
+    // Folded blocks, folded again once the blocks are found.
+    editor->folding().restoreFoldedLines(
+        std::vector<qint64>(entry.folds.begin(), entry.folds.end()));
     return true;
 }
 

@@ -4,6 +4,7 @@
 #include "ui/editor/EditorColors.h"
 #include "ui/editor/EditorKeys.h"
 #include "ui/editor/PaneHighlightTarget.h"
+#include "ui/editor/PaneOverlay.h"
 #include "ui/editor/TypingUndoSteps.h"
 
 #include <QAccessible>
@@ -12,6 +13,7 @@
 #include <QFontDatabase>
 #include <QKeyEvent>
 #include <QMimeData>
+#include <QPainter>
 
 namespace mirtex {
 
@@ -150,9 +152,20 @@ void EditorPane::keyPressEvent(QKeyEvent *event)
 
 void EditorPane::mousePressEvent(QMouseEvent *event)
 {
+    if (m_overlay && m_overlay->mousePressed(*this, *event))
+        return;
     if (m_typingSteps)
         m_typingSteps->closeStep();
     QsciScintilla::mousePressEvent(event);
+}
+
+void EditorPane::paintEvent(QPaintEvent *event)
+{
+    QsciScintilla::paintEvent(event);
+    if (m_overlay) {
+        QPainter painter(viewport());
+        m_overlay->paintOver(*this, painter);
+    }
 }
 
 void EditorPane::contextMenuEvent(QContextMenuEvent *event)

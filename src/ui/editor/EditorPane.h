@@ -9,6 +9,7 @@
 
 namespace mirtex {
 
+class PaneOverlay;
 class Preferences;
 class TypingUndoSteps;
 struct EditorColors;
@@ -38,6 +39,9 @@ public:
     // users expect them (shared by the panes of one document; not owned).
     void setTypingSteps(TypingUndoSteps *steps) { m_typingSteps = steps; }
 
+    // Draws over the text and takes clicks first (not owned; null for none).
+    void setOverlay(PaneOverlay *overlay) { m_overlay = overlay; }
+
 Q_SIGNALS:
     void focused(mirtex::EditorPane *pane);
     // The user asked for the context menu at `globalPos`; the pane shows none of its own.
@@ -51,6 +55,7 @@ protected:
     void focusInEvent(QFocusEvent *event) override;
     void inputMethodEvent(QInputMethodEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dragMoveEvent(QDragMoveEvent *event) override;
@@ -66,6 +71,7 @@ private:
     bool m_autoClose = false;
     std::function<bool(QChar)> m_autoCloseHandler;
     TypingUndoSteps *m_typingSteps = nullptr;
+    PaneOverlay *m_overlay = nullptr;
     bool m_showLineNumbers = true;
 };
 

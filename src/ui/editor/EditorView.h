@@ -23,6 +23,7 @@ namespace mirtex {
 
 class EditBatchApplier;
 class EditorAnnotations;
+class EditorFolding;
 class PaneHighlightTarget;
 class SyntaxHighlighter;
 class EditorPane;
@@ -72,6 +73,8 @@ public:
     EditorAnnotations &annotations() const { return *m_annotations; }
 
     SyntaxHighlighter &highlighter() const { return *m_highlighter; }
+
+    EditorFolding &folding() const { return *m_folding; }
 
     // Colours the text in this language from now on.
     void setLanguage(LanguagePtr language);
@@ -137,6 +140,7 @@ private:
     EditBatchApplier *m_applier = nullptr;
     EditorAnnotations *m_annotations = nullptr;
     SyntaxHighlighter *m_highlighter = nullptr;
+    EditorFolding *m_folding = nullptr;
     PaneHighlightTarget *m_primaryTarget = nullptr;
     PaneHighlightTarget *m_secondaryTarget = nullptr;
     EditorColors m_colors;
