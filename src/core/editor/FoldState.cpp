@@ -101,10 +101,11 @@ bool FoldState::clear()
     return rebuildHidden();
 }
 
-bool FoldState::carryThroughEdit(TextRange editedInNewText, qint64 changeInLength)
+FoldCarry FoldState::carryThroughEdit(TextRange editedInNewText, qint64 changeInLength)
 {
     if (m_folds.empty())
-        return false;
+        return {};
+    bool reshaped = false;
     const qint64 start = editedInNewText.location;
     const qint64 newEnd = editedInNewText.end();
     const qint64 oldEnd = newEnd - changeInLength;
@@ -114,8 +115,10 @@ bool FoldState::carryThroughEdit(TextRange editedInNewText, qint64 changeInLengt
     for (Fold fold : m_folds) {
         TextRange &h = fold.hidden;
         // The header's line break went: the header line is no longer a line of its own.
-        if (removes && fold.lineBreak >= start && fold.lineBreak < oldEnd)
+        if (removes && fold.lineBreak >= start && fold.lineBreak < oldEnd) {
+            reshaped = true;
             continue;
+        }
         if (fold.lineBreak >= oldEnd)
             fold.lineBreak += changeInLength;
         if (h.location >= oldEnd) {
@@ -126,6 +129,7 @@ bool FoldState::carryThroughEdit(TextRange editedInNewText, qint64 changeInLengt
             const qint64 from = h.location < start ? h.location : newEnd;
             const qint64 to = h.end() > oldEnd ? h.end() + changeInLength : start;
             h = {from, std::max<qint64>(0, to - from)};
+            reshaped = true;
         }
         if (fold.key >= oldEnd)
             fold.key += changeInLength;
@@ -134,12 +138,15 @@ bool FoldState::carryThroughEdit(TextRange editedInNewText, qint64 changeInLengt
         carried.push_back(fold);
     }
     // Keys keep their order (a key never passes another), but two may now be equal.
-    carried.erase(std::unique(carried.begin(),
-                              carried.end(),
-                              [](const Fold &a, const Fold &b) { return a.key == b.key; }),
-                  carried.end());
+    const auto duplicates
+        = std::unique(carried.begin(), carried.end(), [](const Fold &a, const Fold &b) {
+              return a.key == b.key;
+          });
+    reshaped = reshaped || duplicates != carried.end();
+    carried.erase(duplicates, carried.end());
     m_folds = std::move(carried);
-    return rebuildHidden();
+    const bool hiddenChanged = rebuildHidden();
+    return {hiddenChanged, reshaped};
 }
 
 bool FoldState::isFolded(qint64 lineIndex, const LineLookup &lines) const

@@ -23,6 +23,13 @@ struct Fold
     friend constexpr bool operator==(const Fold &, const Fold &) = default;
 };
 
+// What carrying the folds through an edit did.
+struct FoldCarry
+{
+    bool hiddenChanged = false; // the hidden ranges moved or changed
+    bool reshaped = false;      // a fold was dropped, stretched or shrunk (not only moved)
+};
+
 // Owned by the tab's editor (main thread). Offsets are UTF-16 units into the current text; lines
 // are numbered from 0 and looked up through a LineLookup over the current text. Invariants: the
 // regions are sorted by start, one per start line; folds are sorted by key, one per key, none with
@@ -47,8 +54,8 @@ public:
     // Carries the folds through one change of the text (editedInNewText as it stands in the new
     // text, changeInLength new minus old): folds after it move, folds before it stay, a fold
     // whose hidden text holds the edit keeps its key and stretches or shrinks. A fold whose
-    // header line lost its line break is dropped. Returns whether the hidden ranges changed.
-    bool carryThroughEdit(TextRange editedInNewText, qint64 changeInLength);
+    // header line lost its line break is dropped.
+    FoldCarry carryThroughEdit(TextRange editedInNewText, qint64 changeInLength);
 
     // The region whose header is the line, if any (binary search).
     const FoldRegion *regionStartingAt(qint64 lineIndex) const;

@@ -86,10 +86,9 @@ EditorFolding::EditorFolding(EditorView &view, const Preferences &prefs)
     });
 }
 
-EditorFolding::~EditorFolding()
-{
-    m_view.highlighter().setOnTokensChanged({});
-}
+// The highlighter is deleted before this object (it was made first), so its callback to this
+// object never outlives it.
+EditorFolding::~EditorFolding() = default;
 
 void EditorFolding::configurePane(EditorPane *pane)
 {
@@ -98,8 +97,9 @@ void EditorFolding::configurePane(EditorPane *pane)
     pane->SendScintilla(Sci::SCI_SETMARGINMASKN, 2L, 0L);
     pane->SendScintilla(Sci::SCI_SETMARGINSENSITIVEN, 2L, 0L);
     pane->SendScintilla(Sci::SCI_SETMARGINWIDTHN, 2L, m_style == FoldStyle::none ? 0L : 14L);
-    for (const LineSpan &span : m_applied)
-        pane->SendScintilla(Sci::SCI_HIDELINES, long(span.first), long(span.last));
+    std::erase_if(m_panes, [](const PaneLines &p) { return !p.pane; });
+    m_panes.push_back({pane, {}, {}});
+    applyTo(m_panes.back());
 }
 
 void EditorFolding::applyColors(const EditorColors &colors)
@@ -120,9 +120,12 @@ void EditorFolding::updateMargins()
 void EditorFolding::textLoaded()
 {
     m_lineCount = m_lines->lineCount();
-    // A load replaces the text: no fold survives it, and the panes show every line again.
+    // A load replaces every line (the new ones are shown): no fold survives it.
     m_state.clear();
-    syncPanes();
+    m_target.clear();
+    for (PaneLines &p : m_panes)
+        p = {p.pane, {}, {}};
+    repaint();
     schedule(0);
 }
 
@@ -182,7 +185,7 @@ void EditorFolding::startDetection()
         install(generation, detectFoldRegions({text, style, html, &tokens, tabWidth}));
         return;
     }
-    m_running = true;
+    ++m_running;
     const QPointer<EditorFolding> self(this);
     foldQueue()->start([text, tokens, style, html, tabWidth, generation, self] {
         QElapsedTimer clock;
@@ -197,8 +200,10 @@ void EditorFolding::startDetection()
         QMetaObject::invokeMethod(
             QCoreApplication::instance(),
             [self, generation, regions = std::move(regions)]() mutable {
-                if (self)
-                    self->install(generation, std::move(regions));
+                if (!self)
+                    return;
+                --self->m_running;
+                self->install(generation, std::move(regions));
             },
             Qt::QueuedConnection);
     });
@@ -208,7 +213,6 @@ void EditorFolding::install(quint64 generation, std::vector<FoldRegion> regions)
 {
     if (generation != m_generation)
         return; // the text changed since: a newer detection is on its way
-    m_running = false;
     bool hiddenChanged = m_state.installRegions(std::move(regions), *m_lines);
     if (m_restore) {
         for (qint64 line : *m_restore)
@@ -230,9 +234,9 @@ void EditorFolding::onEdited(TextRange editedInNewText, qsizetype changeInLength
     const qint64 newLast = m_lines->lineOf(editedInNewText.end());
     const LineEdit edit{firstLine, newLast - (lineCount - m_lineCount), newLast};
     m_lineCount = lineCount;
-    const bool hiddenChanged = m_state.carryThroughEdit(editedInNewText, changeInLength);
-    if (hiddenChanged || !m_applied.empty())
-        syncPanes(edit, editedInNewText);
+    const FoldCarry carry = m_state.carryThroughEdit(editedInNewText, changeInLength);
+    if (carry.hiddenChanged || !m_target.empty())
+        followEdit(edit, !carry.reshaped && !touchesHiddenText(editedInNewText));
     if (m_style != FoldStyle::none)
         schedule(kDelayAfterEditMs);
 }
@@ -265,28 +269,53 @@ LineSpans EditorFolding::spansOfHiddenRanges() const
     return spans;
 }
 
-void EditorFolding::syncPanes(const std::optional<LineEdit> &edit,
-                              std::optional<TextRange> editedRange)
+void EditorFolding::followEdit(const LineEdit &edit, bool onlyMoved)
 {
-    const LineSpans before = edit ? shiftSpans(m_applied, *edit) : m_applied;
-    // An edit away from hidden text leaves every hidden line where the panes moved it.
-    const bool unchanged = editedRange && !touchesHiddenText(*editedRange);
-    LineSpans after = unchanged ? before : spansOfHiddenRanges();
-    LineSpans touched;
-    if (edit && !unchanged)
-        touched.push_back({edit->firstLine, edit->newLastLine});
-    const SpanChanges changes = spanChanges(before, after, touched);
-    m_applied = std::move(after);
-    if (changes.show.empty() && changes.hide.empty())
-        return;
-    for (EditorPane *pane : {m_view.primaryPane(), m_view.secondaryPane()}) {
-        if (!pane)
-            continue;
-        for (const LineSpan &span : changes.show)
-            pane->SendScintilla(Sci::SCI_SHOWLINES, long(span.first), long(span.last));
-        for (const LineSpan &span : changes.hide)
-            pane->SendScintilla(Sci::SCI_HIDELINES, long(span.first), long(span.last));
+    // An edit away from hidden text that only moved folds leaves every hidden line where the
+    // panes moved it; otherwise the lines it touched are set anew.
+    m_target = onlyMoved ? shiftSpans(m_target, edit) : spansOfHiddenRanges();
+    for (PaneLines &p : m_panes) {
+        p.applied = shiftSpans(p.applied, edit);
+        p.touched = shiftSpans(p.touched, edit);
+        if (!onlyMoved)
+            p.touched = uniteSpans(p.touched, {{edit.firstLine, edit.newLastLine}});
     }
+    // The first pane reports the edit once it has moved its own lines; the others move theirs
+    // after this notice, so they catch up once the edit is complete.
+    for (PaneLines &p : m_panes) {
+        if (p.pane == m_view.primaryPane())
+            applyTo(p);
+    }
+    if (m_panes.size() > 1 && !m_catchUpPosted) {
+        m_catchUpPosted = true;
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                m_catchUpPosted = false;
+                syncPanes(false);
+            },
+            Qt::QueuedConnection);
+    }
+}
+
+void EditorFolding::syncPanes(bool recompute)
+{
+    if (recompute)
+        m_target = spansOfHiddenRanges();
+    std::erase_if(m_panes, [](const PaneLines &p) { return !p.pane; });
+    for (PaneLines &p : m_panes)
+        applyTo(p);
+}
+
+void EditorFolding::applyTo(PaneLines &p)
+{
+    const SpanChanges changes = spanChanges(p.applied, m_target, p.touched);
+    p.applied = m_target;
+    p.touched.clear();
+    for (const LineSpan &span : changes.show)
+        p.pane->SendScintilla(Sci::SCI_SHOWLINES, long(span.first), long(span.last));
+    for (const LineSpan &span : changes.hide)
+        p.pane->SendScintilla(Sci::SCI_HIDELINES, long(span.first), long(span.last));
 }
 
 void EditorFolding::moveCaretsOutOfHiddenText()

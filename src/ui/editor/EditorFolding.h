@@ -10,6 +10,7 @@
 #include "core/text/TextRange.h"
 
 #include <QObject>
+#include <QPointer>
 #include <QTimer>
 
 #include <memory>
@@ -50,7 +51,7 @@ public:
     // Runs a pending or running detection now, on this thread (commands, pictures, tests).
     void detectNow();
 
-    bool isDetectionPending() const { return m_timer.isActive() || m_running; }
+    bool isDetectionPending() const { return m_timer.isActive() || m_running > 0; }
 
     // Lines are numbered from 0. Each returns whether something was folded or unfolded.
     bool fold(qint64 lineIndex);
@@ -74,7 +75,7 @@ public:
     void restoreFoldedLines(std::vector<qint64> lines);
 
     // The panes' hidden lines as last applied (tests compare them with what Scintilla hides).
-    const LineSpans &hiddenLines() const { return m_applied; }
+    const LineSpans &hiddenLines() const { return m_target; }
 
 Q_SIGNALS:
     // The regions or the folds changed (menus, the gutter).
@@ -86,10 +87,20 @@ private:
     void startDetection();
     void install(quint64 generation, std::vector<FoldRegion> regions);
     void onEdited(TextRange editedInNewText, qsizetype changeInLength);
-    // Brings the panes' hidden lines to the state's hidden ranges; `edit` names the lines an
-    // edit just touched, whose state in the panes is unknown.
-    void syncPanes(const std::optional<LineEdit> &edit = std::nullopt,
-                   std::optional<TextRange> editedRange = std::nullopt);
+
+    // What one pane hides: as last applied (moved through edits since, as the pane moves its
+    // lines), and the lines edits touched since, whose state in the pane is unknown.
+    struct PaneLines
+    {
+        QPointer<EditorPane> pane;
+        LineSpans applied;
+        LineSpans touched;
+    };
+
+    // Brings every pane's hidden lines to the state's hidden ranges.
+    void syncPanes(bool recompute = true);
+    void followEdit(const LineEdit &edit, bool onlyMoved);
+    void applyTo(PaneLines &pane);
     LineSpans spansOfHiddenRanges() const;
     bool touchesHiddenText(TextRange range) const;
     void moveCaretsOutOfHiddenText();
@@ -105,11 +116,13 @@ private:
     FoldState m_state;
     FoldStyle m_style = FoldStyle::none;
     bool m_htmlTags = false;
-    LineSpans m_applied;
+    LineSpans m_target; // the lines the folds hide
+    std::vector<PaneLines> m_panes;
+    bool m_catchUpPosted = false;
     qint64 m_lineCount = 1;
     QTimer m_timer;
     quint64 m_generation = 0;
-    bool m_running = false;
+    int m_running = 0; // detections on the worker thread
     std::optional<std::vector<qint64>> m_restore;
 };
 

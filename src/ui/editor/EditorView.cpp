@@ -247,6 +247,8 @@ void EditorView::setSelection(TextRange range)
     const qsizetype length = textLength();
     const qsizetype from = std::clamp<qsizetype>(range.location, 0, length);
     const qsizetype to = std::clamp<qsizetype>(range.end(), from, length);
+    // A selection shown on purpose (a found match, a line or bookmark jumped to) is never hidden.
+    m_folding->reveal({from, to - from});
     m_active->SendScintilla(
         Sci::SCI_SETSEL, long(m_positions->toByte(from)), long(m_positions->toByte(to)));
 }
