@@ -7,8 +7,10 @@
 #include "core/languages/Language.h"
 #include "support/QStringPrinter.h"
 #include "ui/app/AppAssembly.h"
+#include "ui/app/WindowSession.h"
 #include "ui/commands/CommandRegistry.h"
 #include "ui/dialogs/ScriptedQuestions.h"
+#include "ui/document/DocumentFlows.h"
 #include "ui/document/DocumentTab.h"
 #include "ui/document/MainWindow.h"
 #include "ui/editor/EditorPane.h"
@@ -16,6 +18,7 @@
 #include "ui/editor/TextPositions.h"
 
 #include <QApplication>
+#include <QFile>
 #include <QMenu>
 #include <QMenuBar>
 #include <QTemporaryDir>
@@ -226,4 +229,39 @@ TEST(FoldCommands, MenuAndKeysFoldTheCurrentTab)
     tab->setLanguage(Language::byId(u"text"));
     app.commands().refresh();
     EXPECT_FALSE(app.commands().isEnabled(u"foldAllBlocks:"_s));
+}
+
+// The session remembers the folded header lines of each tab and folds them again once the blocks
+// of the restored text are known.
+TEST(FoldSession, FoldsComeBackAfterARestart)
+{
+    QTemporaryDir dir;
+    const QString file = dir.filePath(u"a.py"_s);
+    {
+        QFile out(file);
+        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
+        out.write("def f():\n    a = 1\n\ndef g():\n    if b:\n        c()\n");
+    }
+    const QString state = dir.filePath(u"state"_s);
+    Preferences prefs{dir.filePath(u"prefs.conf"_s)};
+    ScriptedQuestions questions;
+    {
+        MainWindow window(prefs);
+        DocumentFlows flows(window, questions);
+        WindowSession session(prefs, state);
+        EditorView *editor = flows.openPath(file)->editor();
+        editor->folding().detectNow();
+        editor->folding().fold(0);
+        editor->folding().fold(4);
+        session.write(window);
+    }
+    MainWindow window(prefs);
+    DocumentFlows flows(window, questions);
+    WindowSession session(prefs, state);
+    ASSERT_TRUE(session.restore(flows));
+    EditorFolding &folding = window.documents().front()->editor()->folding();
+    while (folding.isDetectionPending())
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    EXPECT_EQ(folding.foldedLines(), std::vector<qint64>({0, 4}));
+    EXPECT_EQ(shownLines(window.documents().front()->editor()->primaryPane()), "1011101");
 }
