@@ -12,6 +12,8 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QPointer>
+#include <QScrollBar>
+#include <QSignalBlocker>
 #include <QThreadPool>
 
 #include <cstdio>
@@ -312,10 +314,19 @@ void EditorFolding::applyTo(PaneLines &p)
     const SpanChanges changes = spanChanges(p.applied, m_target, p.touched);
     p.applied = m_target;
     p.touched.clear();
+    // Every call redraws and resets the scroll bar, which costs more than hiding the lines when
+    // thousands of blocks fold at once (fold all): those wait for the end of the run.
+    const bool many = changes.show.size() + changes.hide.size() > 64;
+    const QSignalBlocker quietPane(many ? p.pane.data() : nullptr);
+    const QSignalBlocker quietBar(many ? p.pane->verticalScrollBar() : nullptr);
+    if (many)
+        p.pane->setUpdatesEnabled(false);
     for (const LineSpan &span : changes.show)
         p.pane->SendScintilla(Sci::SCI_SHOWLINES, long(span.first), long(span.last));
     for (const LineSpan &span : changes.hide)
         p.pane->SendScintilla(Sci::SCI_HIDELINES, long(span.first), long(span.last));
+    if (many)
+        p.pane->setUpdatesEnabled(true);
 }
 
 void EditorFolding::moveCaretsOutOfHiddenText()
