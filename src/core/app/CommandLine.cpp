@@ -104,6 +104,15 @@ CommandLine CommandLine::parse(const QStringList &arguments, const QString &work
                 result.snapshot.split = v;
             } else if (arg == QLatin1String("--select-word")) {
                 result.snapshot.selectWord = v;
+            } else if (arg == QLatin1String("--fold")) {
+                // Lines from 1, separated by commas; the option may be repeated.
+                for (const QString &part : v.split(u',', Qt::SkipEmptyParts)) {
+                    bool ok = false;
+                    const qint64 line = part.trimmed().toLongLong(&ok);
+                    if (!ok || line < 1)
+                        return fail(QStringLiteral("bad --fold %1 (line numbers from 1)").arg(v));
+                    result.snapshot.foldLines.append(line);
+                }
             } else if (arg == QLatin1String("--sidebar")) {
                 result.snapshot.sidebarFolder = absolute(v, workingDir);
             } else {
@@ -143,7 +152,8 @@ QString CommandLine::helpText()
         "  --version        mostra la versione ed esce\n"
         "  --selftest       esegue la prova interna ed esce\n"
         "  --snapshot --out FILE.png [--size LxA] [--tab N] [--split side|stacked]\n"
-        "             [--sidebar CARTELLA] [--select-word PAROLA] [--dark] [file…]\n"
+        "             [--sidebar CARTELLA] [--select-word PAROLA] [--fold RIGA,…] [--dark]\n"
+        "             [file…]\n"
         "                   salva un'immagine della finestra con i file indicati ed esce\n");
 }
 

@@ -20,6 +20,8 @@ struct SnapshotRequest
     QString split;          // "", "side" or "stacked"
     QString sidebarFolder;  // empty: no sidebar
     QString selectWord;     // selects the first whole occurrence in the shown tab
+    // Header lines (from 1) of the blocks to fold in the shown tab.
+    QList<qint64> foldLines;
     bool dark = false;
 };
 

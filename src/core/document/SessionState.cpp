@@ -86,7 +86,8 @@ const QStringList kEntryKeys{QStringLiteral("id"),
                              QStringLiteral("bookmarks"),
                              QStringLiteral("readOnly"),
                              QStringLiteral("split"),
-                             QStringLiteral("backup")};
+                             QStringLiteral("backup"),
+                             QStringLiteral("folds")};
 const QStringList kStateKeys{QStringLiteral("entries"),
                              QStringLiteral("selected"),
                              QStringLiteral("workspace"),
@@ -139,6 +140,13 @@ QJsonObject SessionState::Entry::toJson() const
         object.insert(u"split", *split);
     if (backupName)
         object.insert(u"backup", *backupName);
+    // Folded blocks.
+    if (!folds.isEmpty()) {
+        QJsonArray folded;
+        for (qsizetype line : folds)
+            folded.append(qint64(line));
+        object.insert(u"folds", folded);
+    }
     return object;
 }
 
@@ -176,6 +184,11 @@ SessionState::Entry SessionState::Entry::fromJson(const QJsonObject &object)
     if (split == u"side" || split == u"stacked")
         entry.split = split;
     entry.backupName = optionalString(object, QLatin1StringView("backup"));
+    // Folded blocks.
+    for (const QJsonValue &line : object.value(u"folds").toArray()) {
+        if (const auto index = integerOf(line); index && *index >= 0)
+            entry.folds.append(qsizetype(*index));
+    }
     entry.unknown = unknownKeys(object, kEntryKeys);
     return entry;
 }

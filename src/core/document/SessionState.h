@@ -32,6 +32,8 @@ struct SessionState
         std::optional<QString> split; // "side" or "stacked"; absent when not split
         // The backup's file name when it is not "<id>.txt" (that path was taken by a folder).
         std::optional<QString> backupName;
+        // Header lines (from 0) of the folded blocks; the key is absent when nothing is folded.
+        QList<qsizetype> folds;
         // Keys this version does not know (written by a newer one), kept as they were.
         QJsonObject unknown;
 

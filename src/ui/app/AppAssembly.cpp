@@ -18,6 +18,7 @@
 #include "ui/document/DocumentFlows.h"
 #include "ui/document/EditCommands.h"
 #include "ui/document/EncodingCommands.h"
+#include "ui/document/FoldCommands.h"
 #include "ui/document/LanguageCommands.h"
 #include "ui/document/LineOperationCommands.h"
 #include "ui/document/MainWindow.h"
@@ -61,6 +62,8 @@ AppAssembly::AppAssembly(Preferences &prefs,
     TextToolCommands::registerIn(commands, *m_context);
     SidebarCommands::registerIn(commands, *m_context);
     PrintCommands::registerIn(commands, *m_context);
+    // Code folding.
+    FoldCommands::registerIn(commands, *m_context);
 
     m_menu = std::make_unique<MainMenu>(*m_window, commands, *m_recentFiles);
     QObject::connect(m_flows,
@@ -80,6 +83,8 @@ AppAssembly::AppAssembly(Preferences &prefs,
         menu->addSeparator();
         CompareCommands::addCompareMenu(*m_commands, *m_context, menu, tabIndex);
     });
+    // Code folding.
+    FoldCommands::addFoldMenu(commands, m_menu->menu(QStringLiteral("mirtex.menu.view")));
 
     // Enabled and checked states follow the tab, its state and selection, and the settings.
     QObject::connect(

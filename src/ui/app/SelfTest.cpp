@@ -7,6 +7,7 @@
 #include "core/languages/Tokenizer.h"
 #include "ui/app/AppAssembly.h"
 #include "ui/app/AppDelegate.h"
+#include "ui/app/FoldSelfTest.h"
 #include "ui/app/SelfTestRunner.h"
 #include "ui/commands/Beep.h"
 #include "ui/dialogs/ScriptedQuestions.h"
@@ -226,6 +227,7 @@ int SelfTest::run()
     }
     checkCodec(t);
     checkSyntax(t, folder.path());
+    checkFolding(t, folder.path());
     return t.finish();
 }
 

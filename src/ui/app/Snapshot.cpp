@@ -8,6 +8,7 @@
 #include "ui/document/DocumentFlows.h"
 #include "ui/document/DocumentTab.h"
 #include "ui/document/MainWindow.h"
+#include "ui/editor/EditorFolding.h"
 #include "ui/editor/EditorView.h"
 
 #include <QApplication>
@@ -59,6 +60,14 @@ int Snapshot::run(const SnapshotRequest &request)
             const qsizetype at = tab->editor()->text().indexOf(request.selectWord);
             if (at >= 0)
                 tab->editor()->setSelection({at, request.selectWord.size()});
+        }
+    }
+    if (!request.foldLines.isEmpty()) {
+        if (auto *tab = window.currentDocument()) {
+            EditorFolding &folding = tab->editor()->folding();
+            folding.detectNow();
+            for (qint64 line : request.foldLines)
+                folding.fold(line - 1);
         }
     }
     if (!request.sidebarFolder.isEmpty())

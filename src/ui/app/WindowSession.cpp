@@ -12,6 +12,7 @@
 #include "ui/document/MainWindow.h"
 #include "ui/document/PendingTab.h"
 #include "ui/editor/EditorAnnotations.h"
+#include "ui/editor/EditorFolding.h"
 #include "ui/editor/EditorView.h"
 
 #include <QCoreApplication>
@@ -89,6 +90,9 @@ SessionWriteRequest WindowSession::request(MainWindow &window) const
         if (const auto split = editor->split())
             entry.split
                 = *split == Qt::Horizontal ? QStringLiteral("side") : QStringLiteral("stacked");
+        // Folded blocks.
+        for (qint64 line : editor->folding().foldedLines())
+            entry.folds.append(qsizetype(line));
         item.needsBackup = doc.isDirty() || (!doc.path() && editor->textLength() > 0);
         item.changeCount = doc.changeCount();
         item.backedUpChangeCount = doc.backedUpChangeCount();
@@ -313,6 +317,9 @@ DocumentTab *WindowSession::restoreEntry(DocumentFlows &flows,
         editor->annotations().setBookmarkedLines(
             std::vector<qsizetype>(lines.begin(), lines.end()));
     }
+    // Folded blocks, folded again once the blocks are found.
+    editor->folding().restoreFoldedLines(
+        std::vector<qint64>(entry.folds.begin(), entry.folds.end()));
     return tab;
 }
 

@@ -5,6 +5,7 @@
 #include "ui/editor/EditorKeys.h"
 #include "ui/editor/LineEndMarks.h"
 #include "ui/editor/PaneHighlightTarget.h"
+#include "ui/editor/PaneOverlay.h"
 #include "ui/editor/TypingUndoSteps.h"
 
 #include <QAccessible>
@@ -72,10 +73,14 @@ void EditorPane::setLineEndLabel(const QString &label)
 void EditorPane::paintEvent(QPaintEvent *event)
 {
     QsciScintilla::paintEvent(event);
-    if (m_lineEndLabel.isEmpty() || !eolVisibility())
+    const bool lineEnds = !m_lineEndLabel.isEmpty() && eolVisibility();
+    if (!lineEnds && !m_overlay)
         return;
     QPainter painter(viewport());
-    LineEndMarks::paint(*this, painter, m_lineEndLabel);
+    if (lineEnds)
+        LineEndMarks::paint(*this, painter, m_lineEndLabel);
+    if (m_overlay)
+        m_overlay->paintOver(*this, painter);
 }
 
 void EditorPane::applyPreferences(const Preferences &prefs)
@@ -169,6 +174,8 @@ void EditorPane::keyPressEvent(QKeyEvent *event)
 
 void EditorPane::mousePressEvent(QMouseEvent *event)
 {
+    if (m_overlay && m_overlay->mousePressed(*this, *event))
+        return;
     if (m_typingSteps)
         m_typingSteps->closeStep();
     QsciScintilla::mousePressEvent(event);

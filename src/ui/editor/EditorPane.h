@@ -9,6 +9,7 @@
 
 namespace mirtex {
 
+class PaneOverlay;
 class Preferences;
 class TypingUndoSteps;
 struct EditorColors;
@@ -41,6 +42,8 @@ public:
     // The mark "Mostra i fine riga" shows at each line break: the document's own ending ("CRLF",
     // "CR"); empty for LF, which Scintilla marks itself.
     void setLineEndLabel(const QString &label);
+    // Draws over the text and takes clicks first (not owned; null for none).
+    void setOverlay(PaneOverlay *overlay) { m_overlay = overlay; }
 
 Q_SIGNALS:
     void focused(mirtex::EditorPane *pane);
@@ -71,6 +74,7 @@ private:
     bool m_autoClose = false;
     std::function<bool(QChar)> m_autoCloseHandler;
     TypingUndoSteps *m_typingSteps = nullptr;
+    PaneOverlay *m_overlay = nullptr;
     bool m_showLineNumbers = true;
     QString m_lineEndLabel;
 };

@@ -5,6 +5,7 @@
 #include "core/languages/SyntaxHighlighter.h"
 #include "ui/editor/EditBatchApplier.h"
 #include "ui/editor/EditorAnnotations.h"
+#include "ui/editor/EditorFolding.h"
 #include "ui/editor/EditorPane.h"
 #include "ui/editor/PaneHighlightTarget.h"
 #include "ui/editor/PaneSelections.h"
@@ -53,6 +54,8 @@ EditorView::EditorView(Preferences &prefs, QWidget *parent)
     });
     m_annotations = new EditorAnnotations(*this, prefs);
     m_annotations->configurePane(m_primary);
+    m_folding = new EditorFolding(*this, prefs);
+    m_folding->configurePane(m_primary);
     applyPreferences();
 }
 
@@ -129,6 +132,7 @@ void EditorView::loadText(const QByteArray &utf8)
     m_primary->SendScintilla(Sci::SCI_GOTOPOS, 0L);
     m_applier->forgetHistory();
     m_typingSteps->closeStep();
+    m_folding->textLoaded();
 }
 
 bool EditorView::applyBatch(const EditBatch &batch)
@@ -186,6 +190,7 @@ void EditorView::followLineCount()
 void EditorView::setLanguage(LanguagePtr language)
 {
     m_highlighter->setLanguage(std::move(language));
+    m_folding->languageChanged();
 }
 
 void EditorView::setSplit(std::optional<Qt::Orientation> orientation)
@@ -211,6 +216,7 @@ void EditorView::setSplit(std::optional<Qt::Orientation> orientation)
     m_secondary->applyColors(m_colors);
     setShownLineEnding(m_shownLineEnding);
     m_annotations->configurePane(m_secondary);
+    m_folding->configurePane(m_secondary);
     m_secondaryTarget = new PaneHighlightTarget(*this, m_secondary, *m_highlighter);
     m_highlighter->attach(m_secondaryTarget);
     m_secondaryTarget->paintTokens(*m_highlighter);
@@ -242,6 +248,8 @@ void EditorView::setSelection(TextRange range)
     const qsizetype length = textLength();
     const qsizetype from = std::clamp<qsizetype>(range.location, 0, length);
     const qsizetype to = std::clamp<qsizetype>(range.end(), from, length);
+    // A selection shown on purpose (a found match, a line or bookmark jumped to) is never hidden.
+    m_folding->reveal({from, to - from});
     m_active->SendScintilla(
         Sci::SCI_SETSEL, long(m_positions->toByte(from)), long(m_positions->toByte(to)));
 }
@@ -300,6 +308,7 @@ void EditorView::applyPreferences()
     m_primary->applyPreferences(m_prefs);
     if (m_secondary)
         m_secondary->applyPreferences(m_prefs);
+    m_folding->preferencesChanged();
 }
 
 void EditorView::applyColors(const EditorColors &colors)
@@ -309,6 +318,7 @@ void EditorView::applyColors(const EditorColors &colors)
     if (m_secondary)
         m_secondary->applyColors(colors);
     m_annotations->applyColors(colors);
+    m_folding->applyColors(colors);
 }
 
 void EditorView::setShownLineEnding(LineEnding ending)

@@ -24,6 +24,7 @@ namespace mirtex {
 
 class EditBatchApplier;
 class EditorAnnotations;
+class EditorFolding;
 class PaneHighlightTarget;
 class SyntaxHighlighter;
 class EditorPane;
@@ -73,6 +74,8 @@ public:
     EditorAnnotations &annotations() const { return *m_annotations; }
 
     SyntaxHighlighter &highlighter() const { return *m_highlighter; }
+
+    EditorFolding &folding() const { return *m_folding; }
 
     // Colours the text in this language from now on.
     void setLanguage(LanguagePtr language);
@@ -140,6 +143,7 @@ private:
     EditBatchApplier *m_applier = nullptr;
     EditorAnnotations *m_annotations = nullptr;
     SyntaxHighlighter *m_highlighter = nullptr;
+    EditorFolding *m_folding = nullptr;
     PaneHighlightTarget *m_primaryTarget = nullptr;
     PaneHighlightTarget *m_secondaryTarget = nullptr;
     EditorColors m_colors;
