@@ -11,6 +11,10 @@
 #include "ui/app/SecondaryWindows.h"
 #include "ui/app/SessionKeeper.h"
 #include "ui/app/ThemeCommands.h"
+// Lines, comments, bookmarks, several carets and the command palette.
+#include "ui/app/CommandPalette.h"
+#include "ui/document/LineCommands.h"
+#include "ui/document/MultiCaretCommands.h"
 #include "ui/commands/CommandRegistry.h"
 #include "ui/document/CommandContext.h"
 #include "ui/document/DocumentCommands.h"
@@ -49,6 +53,10 @@ AppAssembly::AppAssembly(Preferences &prefs,
     ThemeCommands::registerIn(commands, prefs);
     AppCommands::registerIn(commands, *m_delegate, *m_window, *m_secondaryWindows);
     RecoveryCommands::registerIn(commands, *m_window, questions, m_delegate->session());
+    // Lines, comments, bookmarks, several carets and the command palette.
+    LineCommands::registerIn(commands, *m_context);
+    MultiCaretCommands::registerIn(commands, *m_context);
+    CommandPalette::registerIn(commands, *m_window);
 
     m_menu = std::make_unique<MainMenu>(*m_window, commands, *m_recentFiles);
     QObject::connect(m_flows,

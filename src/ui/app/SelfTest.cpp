@@ -8,6 +8,7 @@
 #include "ui/app/AppAssembly.h"
 #include "ui/app/AppDelegate.h"
 #include "ui/app/SelfTestRunner.h"
+#include "ui/commands/Beep.h"
 #include "ui/dialogs/ScriptedQuestions.h"
 #include "ui/document/DocumentFlows.h"
 #include "ui/document/DocumentTab.h"
@@ -212,6 +213,7 @@ void checkSyntax(SelfTestRunner &t, const QString &folder)
 int SelfTest::run()
 {
     SelfTestRunner t;
+    setBeepSilenced(true); // commands that refuse beep; the self-test stays quiet
     QTemporaryDir folder;
     {
         // One application, as the program builds it, with scripted answers.

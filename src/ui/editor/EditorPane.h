@@ -26,6 +26,21 @@ public:
     void applyColors(const EditorColors &colors);
 
     void paste() override;
+    void copy() override;
+    void cut() override;
+
+    enum class ClipboardAction {
+        copy,
+        cut,
+        paste
+    };
+
+    // Asked first for every copy, cut and paste; returns whether it handled it (several
+    // selections: one line per selection). Otherwise Scintilla does it.
+    void setClipboardHandler(std::function<bool(ClipboardAction)> handler)
+    {
+        m_clipboardHandler = std::move(handler);
+    }
 
     // Asked for every printable key typed while auto-close is on and the pane is editable;
     // returns whether it handled the key (the rules live in core/editor/AutoClose.h).
@@ -58,6 +73,7 @@ protected:
 
 private:
     bool handleAutoClose(QKeyEvent *event);
+    void startRectangle();
     void updateLineNumberWidth();
 
     void refreshStyles();
@@ -65,6 +81,7 @@ private:
     std::unique_ptr<EditorColors> m_colors;
     bool m_autoClose = false;
     std::function<bool(QChar)> m_autoCloseHandler;
+    std::function<bool(ClipboardAction)> m_clipboardHandler;
     TypingUndoSteps *m_typingSteps = nullptr;
     bool m_showLineNumbers = true;
 };

@@ -2,6 +2,7 @@
 
 #include "core/app/Preferences.h"
 #include "core/editor/AutoClose.h"
+#include "core/editor/CaretCommands.h"
 #include "core/languages/SyntaxHighlighter.h"
 #include "ui/editor/EditBatchApplier.h"
 #include "ui/editor/EditorAnnotations.h"
@@ -12,6 +13,8 @@
 #include "ui/editor/TextPositions.h"
 #include "ui/editor/TypingUndoSteps.h"
 
+#include <QApplication>
+#include <QClipboard>
 #include <QSplitter>
 #include <QVBoxLayout>
 
@@ -75,6 +78,8 @@ EditorPane *EditorView::makePane()
         flushPendingEdit();
     });
     pane->setAutoCloseHandler([this, pane](QChar typed) { return autoClose(pane, typed); });
+    pane->setClipboardHandler(
+        [this, pane](EditorPane::ClipboardAction action) { return clipboard(pane, int(action)); });
     connect(pane, &EditorPane::focused, this, [this](EditorPane *p) {
         m_active = p;
         Q_EMIT caretMoved();
@@ -168,6 +173,38 @@ bool EditorView::autoClose(EditorPane *pane, QChar typed)
         return true;
     }
     return m_applier->apply(*batch, pane);
+}
+
+bool EditorView::clipboard(EditorPane *pane, int action)
+{
+    // One selection, and copying a rectangle (which Scintilla marks as one), are Scintilla's.
+    if (pane->SendScintilla(Sci::SCI_GETSELECTIONS) < 2)
+        return false;
+    const bool rectangle = pane->SendScintilla(Sci::SCI_SELECTIONISRECTANGLE) != 0;
+    const Selections selections = readSelections(pane, *m_positions);
+    switch (EditorPane::ClipboardAction(action)) {
+    case EditorPane::ClipboardAction::copy:
+    case EditorPane::ClipboardAction::cut: {
+        if (rectangle)
+            return false;
+        const QString copied = textOfSelections(text(), selections);
+        if (copied.isEmpty())
+            return true;
+        QApplication::clipboard()->setText(copied);
+        if (EditorPane::ClipboardAction(action) == EditorPane::ClipboardAction::cut
+            && !pane->isReadOnly())
+            m_applier->apply(typeAtSelections(selections, {}), pane);
+        return true;
+    }
+    case EditorPane::ClipboardAction::paste: {
+        if (pane->isReadOnly())
+            return false;
+        const std::optional<EditBatch> batch
+            = distributeLines(text(), selections, QApplication::clipboard()->text());
+        return batch && m_applier->apply(*batch, pane);
+    }
+    }
+    return false;
 }
 
 void EditorView::followLineCount()

@@ -123,6 +123,7 @@ Q_SIGNALS:
 private:
     void followLineCount();
     bool autoClose(EditorPane *pane, QChar typed);
+    bool clipboard(EditorPane *pane, int action);
     EditorPane *makePane();
 
     Preferences &m_prefs;

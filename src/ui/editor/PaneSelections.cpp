@@ -37,6 +37,8 @@ void writeSelections(QsciScintillaBase *pane,
     }
     pane->SendScintilla(Sci::SCI_SETMAINSELECTION,
                         static_cast<unsigned long>(selections.mainIndex()));
+    // Up and down (and rectangles grown with them) keep the column of the caret as now set.
+    pane->SendScintilla(Sci::SCI_CHOOSECARETX);
 }
 
 } // namespace mirtex
