@@ -192,4 +192,44 @@ EditBatch typeAtSelections(const Selections &selections, const QString &typed)
     return batch;
 }
 
+EditBatch deleteAtSelections(QStringView text, const Selections &selections, bool backwards)
+{
+    const std::vector<std::size_t> order = textOrder(selections);
+    std::vector<TextRange> ranges(selections.size());
+    for (std::size_t i = 0; i < selections.size(); ++i) {
+        const Selection &s = selections[i];
+        TextRange range = s.range();
+        if (s.isEmpty() && backwards && s.caret > 0) {
+            const bool pair = s.caret > 1 && text[s.caret - 1].isLowSurrogate()
+                              && text[s.caret - 2].isHighSurrogate();
+            range = {s.caret - (pair ? 2 : 1), pair ? 2 : 1};
+        } else if (s.isEmpty() && !backwards && s.caret < text.size()) {
+            const bool pair = s.caret + 1 < text.size() && text[s.caret].isHighSurrogate()
+                              && text[s.caret + 1].isLowSurrogate();
+            range = {s.caret, pair ? 2 : 1};
+        }
+        ranges[i] = range;
+    }
+    EditBatch batch;
+    batch.replacements.reserve(order.size());
+    std::vector<Selection> after(selections.size());
+    qsizetype delta = 0;
+    qsizetype previousEnd = -1;
+    for (const std::size_t i : order) {
+        TextRange range = ranges[i];
+        if (range.location < previousEnd) { // overlaps the deletion before: only the rest goes
+            const qsizetype end = std::max(range.end(), previousEnd);
+            range = {previousEnd, end - previousEnd};
+        }
+        if (range.length > 0) {
+            batch.replacements.push_back({range, {}});
+            previousEnd = range.end();
+        }
+        after[i] = Selection::caretAt(range.location + delta);
+        delta -= range.length;
+    }
+    batch.selectionsAfter = Selections(std::move(after), selections.mainIndex());
+    return batch;
+}
+
 } // namespace mirtex

@@ -42,4 +42,8 @@ distributeLines(QStringView text, const Selections &selections, const QString &c
 // Typing `typed` at every selection: each selection is replaced by it and the caret goes after it.
 EditBatch typeAtSelections(const Selections &selections, const QString &typed);
 
+// Backspace (`backwards`) or Delete at every selection: a selection loses its text, a caret the
+// character before (after) it, a surrogate pair as one. Carets at the text's edge do nothing.
+EditBatch deleteAtSelections(QStringView text, const Selections &selections, bool backwards);
+
 } // namespace mirtex

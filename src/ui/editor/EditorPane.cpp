@@ -157,6 +157,10 @@ void EditorPane::keyPressEvent(QKeyEvent *event)
         SendScintilla(SCI_SETEMPTYSELECTION,
                       static_cast<unsigned long>(
                           SendScintilla(SCI_GETSELECTIONNCARET, static_cast<unsigned long>(main))));
+    } else if (m_manyCaretsHandler && !isReadOnly()
+               && SendScintilla(SCI_GETSELECTIONS) > kBatchKeysAboveCarets
+               && m_manyCaretsHandler(*event)) {
+        // typed or deleted at every caret in one edit
     } else if (!(m_autoClose && !isReadOnly() && handleAutoClose(event))) {
         if (event->modifiers() == (Qt::AltModifier | Qt::ShiftModifier))
             startRectangle();

@@ -49,6 +49,17 @@ public:
         m_autoCloseHandler = std::move(handler);
     }
 
+    // With more carets than this, keys that type or delete go to the many-carets handler: one
+    // edit of the whole span instead of one per caret.
+    static constexpr long kBatchKeysAboveCarets = 64;
+
+    // Asked for typing, Backspace and Delete at more than kBatchKeysAboveCarets carets; returns
+    // whether it handled the key.
+    void setManyCaretsHandler(std::function<bool(const QKeyEvent &)> handler)
+    {
+        m_manyCaretsHandler = std::move(handler);
+    }
+
     // Told of every key, input-method commit and mouse press, to end typing's undo steps where
     // users expect them (shared by the panes of one document; not owned).
     void setTypingSteps(TypingUndoSteps *steps) { m_typingSteps = steps; }
@@ -82,6 +93,7 @@ private:
     bool m_autoClose = false;
     std::function<bool(QChar)> m_autoCloseHandler;
     std::function<bool(ClipboardAction)> m_clipboardHandler;
+    std::function<bool(const QKeyEvent &)> m_manyCaretsHandler;
     TypingUndoSteps *m_typingSteps = nullptr;
     bool m_showLineNumbers = true;
 };

@@ -15,6 +15,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QKeyEvent>
 #include <QSplitter>
 #include <QVBoxLayout>
 
@@ -78,6 +79,8 @@ EditorPane *EditorView::makePane()
         flushPendingEdit();
     });
     pane->setAutoCloseHandler([this, pane](QChar typed) { return autoClose(pane, typed); });
+    pane->setManyCaretsHandler(
+        [this, pane](const QKeyEvent &event) { return keyAtManyCarets(pane, event); });
     pane->setClipboardHandler(
         [this, pane](EditorPane::ClipboardAction action) { return clipboard(pane, int(action)); });
     connect(pane, &EditorPane::focused, this, [this](EditorPane *p) {
@@ -173,6 +176,27 @@ bool EditorView::autoClose(EditorPane *pane, QChar typed)
         return true;
     }
     return m_applier->apply(*batch, pane);
+}
+
+bool EditorView::keyAtManyCarets(EditorPane *pane, const QKeyEvent &event)
+{
+    if (event.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier))
+        return false;
+    if (pane->SendScintilla(Sci::SCI_SELECTIONISRECTANGLE))
+        return false; // Scintilla keeps a rectangle's shape as it types
+    const Selections selections = readSelections(pane, *m_positions);
+    EditBatch batch;
+    if (event.key() == Qt::Key_Backspace || event.key() == Qt::Key_Delete) {
+        batch = deleteAtSelections(text(), selections, event.key() == Qt::Key_Backspace);
+    } else {
+        const QString typed = event.text();
+        if (typed.isEmpty() || !std::ranges::all_of(typed, [](QChar c) { return c.isPrint(); }))
+            return false;
+        batch = typeAtSelections(selections, typed);
+    }
+    if (!batch.isEmpty())
+        m_applier->apply(batch, pane);
+    return true;
 }
 
 bool EditorView::clipboard(EditorPane *pane, int action)

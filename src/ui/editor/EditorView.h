@@ -17,6 +17,7 @@
 #include <memory>
 #include <optional>
 
+class QKeyEvent;
 class QSplitter;
 
 namespace mirtex {
@@ -124,6 +125,7 @@ private:
     void followLineCount();
     bool autoClose(EditorPane *pane, QChar typed);
     bool clipboard(EditorPane *pane, int action);
+    bool keyAtManyCarets(EditorPane *pane, const QKeyEvent &event);
     EditorPane *makePane();
 
     Preferences &m_prefs;

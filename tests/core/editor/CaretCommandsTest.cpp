@@ -95,3 +95,26 @@ TEST(CaretCommands, TypingAtEverySelection)
     const EditBatch batch = typeAtSelections(m.selections, u"x"_qs);
     EXPECT_EQ(toMarkup(applyEditBatch(m.text, batch), batch.selectionsAfter), u"x|a x| dx|"_qs);
 }
+
+TEST(CaretCommands, DeletingAtEverySelection)
+{
+    const struct
+    {
+        QString before;
+        bool backwards;
+        QString after;
+    } cases[] = {
+        {u"a|b c|d |"_qs, true, u"|b |d|"_qs},
+        {u"|ab [cd|]e|"_qs, false, u"|b |e|"_qs},
+        {u"x😀|y"_qs, true, u"x|y"_qs},
+        {u"x|😀y"_qs, false, u"x|y"_qs},
+    };
+
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.before.toStdString());
+        const test::MarkedText m = parseMarkup(c.before);
+        const EditBatch batch = deleteAtSelections(m.text, m.selections, c.backwards);
+        ASSERT_TRUE(isWellFormed(batch, m.text.size()));
+        EXPECT_EQ(toMarkup(applyEditBatch(m.text, batch), batch.selectionsAfter), c.after);
+    }
+}

@@ -211,6 +211,27 @@ TEST_F(LineCommandsUiTest, RectangularSelectionTypesIntoEveryLine)
     EXPECT_EQ(shown(editor), u"a|bc\ndef\nghi"_s);
 }
 
+// Past a few dozen carets typing and deleting take one edit for all of them; the result is the
+// same as Scintilla's own, and undo restores the text and every caret.
+TEST_F(LineCommandsUiTest, TypingAtManyCarets)
+{
+    QString markup;
+    for (int i = 0; i < 100; ++i)
+        markup += u"a|b\n"_s;
+    EditorView *editor = open(markup);
+    key(editor, Qt::Key_X, {}, u"x"_s);
+    EXPECT_EQ(editor->text(), u"axb\n"_s.repeated(100));
+    EXPECT_EQ(editor->selections().size(), 100u);
+    key(editor, Qt::Key_Delete, {});
+    key(editor, Qt::Key_Backspace, {});
+    EXPECT_EQ(shown(editor), u"a|\n"_s.repeated(100));
+    ASSERT_TRUE(app.commands().dispatch(u"undo:"_s));
+    ASSERT_TRUE(app.commands().dispatch(u"undo:"_s));
+    ASSERT_TRUE(app.commands().dispatch(u"undo:"_s));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(shown(editor), markup);
+}
+
 TEST_F(LineCommandsUiTest, ClipboardAtSeveralCarets)
 {
     EditorView *editor = open(u"[one|] x [two|]"_s);
