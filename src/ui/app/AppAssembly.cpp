@@ -5,6 +5,7 @@
 #include "ui/app/AppCommands.h"
 #include "ui/app/AppDelegate.h"
 #include "ui/app/AppearanceController.h"
+#include "ui/app/CommandPalette.h"
 #include "ui/app/MainMenu.h"
 #include "ui/app/QtTranslations.h"
 #include "ui/app/RecoveryCommands.h"
@@ -20,8 +21,10 @@
 #include "ui/document/EncodingCommands.h"
 #include "ui/document/FoldCommands.h"
 #include "ui/document/LanguageCommands.h"
+#include "ui/document/LineCommands.h"
 #include "ui/document/LineOperationCommands.h"
 #include "ui/document/MainWindow.h"
+#include "ui/document/MultiCaretCommands.h"
 #include "ui/document/PrintCommands.h"
 #include "ui/document/RecentFileCommands.h"
 #include "ui/document/SidebarCommands.h"
@@ -64,6 +67,10 @@ AppAssembly::AppAssembly(Preferences &prefs,
     PrintCommands::registerIn(commands, *m_context);
     // Code folding.
     FoldCommands::registerIn(commands, *m_context);
+    // Lines, comments, bookmarks, several carets and the command palette.
+    LineCommands::registerIn(commands, *m_context);
+    MultiCaretCommands::registerIn(commands, *m_context);
+    CommandPalette::registerIn(commands, *m_window);
 
     m_menu = std::make_unique<MainMenu>(*m_window, commands, *m_recentFiles);
     QObject::connect(m_flows,

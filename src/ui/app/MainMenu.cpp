@@ -7,6 +7,9 @@
 #include "ui/document/MainWindow.h"
 #include "ui/document/RecentFileCommands.h"
 #include "ui/document/TabCommands.h"
+// Lines, comments, bookmarks and several carets.
+#include "ui/document/LineCommands.h"
+#include "ui/document/MultiCaretCommands.h"
 
 #include <QAction>
 #include <QMenuBar>
@@ -32,6 +35,9 @@ MainMenu::MainMenu(MainWindow &window,
            QStringLiteral("selectAll:"),
            {},
            QStringLiteral("showPreferences:")});
+    // Lines, comments, bookmarks and several carets, then the command palette under View.
+    LineCommands::addToMenu(m_registry, menu(QStringLiteral("mirtex.menu.edit")));
+    MultiCaretCommands::addToMenu(m_registry, menu(QStringLiteral("mirtex.menu.edit")));
     addMenu(QStringLiteral("mirtex.menu.search"), tr("&Cerca"));
     place(addMenu(QStringLiteral("mirtex.menu.view"), tr("&Visualizza")),
           {QStringLiteral("zoomIn:"),
@@ -53,6 +59,10 @@ MainMenu::MainMenu(MainWindow &window,
            QStringLiteral("toggleStatusBar:"),
            QStringLiteral("toggleAlwaysOnTop:"),
            QStringLiteral("toggleFullScreen:")});
+    if (QMenu *view = menu(QStringLiteral("mirtex.menu.view"))) {
+        view->addSeparator();
+        view->addAction(m_registry.action(QStringLiteral("showCommandPalette:")));
+    }
     buildEncoding();
     buildLanguage();
     m_window.setStatusMenus(m_statusEncodingMenu, m_lineEndingMenu, m_languageMenu);

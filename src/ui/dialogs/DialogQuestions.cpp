@@ -76,3 +76,20 @@ std::optional<QString> DialogQuestions::askForName(QWidget *parent,
 }
 
 } // namespace mirtex
+
+namespace mirtex {
+
+std::optional<QString> DialogQuestions::askForText(QWidget *parent, const AskedQuestion &question)
+{
+    QInputDialog dialog(parent);
+    dialog.setWindowTitle(question.message);
+    dialog.setLabelText(question.informative);
+    dialog.setInputMode(QInputDialog::TextInput);
+    if (!question.buttons.isEmpty())
+        dialog.setCancelButtonText(question.buttons.constLast());
+    if (dialog.exec() != QDialog::Accepted)
+        return std::nullopt;
+    return dialog.textValue();
+}
+
+} // namespace mirtex

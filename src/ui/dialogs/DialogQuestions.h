@@ -23,6 +23,7 @@ public:
 protected:
     int choose(QWidget *parent, const AskedQuestion &question, int escapeIndex) override;
     int chooseFromList(QWidget *parent, const AskedQuestion &question) override;
+    std::optional<QString> askForText(QWidget *parent, const AskedQuestion &question) override;
 };
 
 } // namespace mirtex

@@ -135,3 +135,21 @@ Questions::askAboutChangedFile(QWidget *parent, const QString &displayName, bool
 }
 
 } // namespace mirtex
+
+namespace mirtex {
+
+std::optional<QString>
+Questions::askForLine(QWidget *parent, qsizetype lineCount, qsizetype caretLineNumber)
+{
+    return askForText(parent,
+                      {tr("Vai alla riga"),
+                       tr("Riga da 1 a %1 (ora sei alla %2)").arg(lineCount).arg(caretLineNumber),
+                       {tr("Annulla")}});
+}
+
+std::optional<QString> Questions::askForText(QWidget *, const AskedQuestion &)
+{
+    return std::nullopt;
+}
+
+} // namespace mirtex

@@ -95,6 +95,11 @@ public:
     // One of the texts set aside in the recovery folder, by index; nothing when cancelled.
     std::optional<int> chooseRecoveredText(QWidget *parent, const QStringList &labels);
 
+    // "Vai alla riga": the answer as typed, for a text of `lineCount` lines with the caret on
+    // `caretLineNumber` (from 1); nothing when cancelled.
+    std::optional<QString>
+    askForLine(QWidget *parent, qsizetype lineCount, qsizetype caretLineNumber);
+
     // A message with a single "OK".
     virtual void inform(QWidget *parent, const QString &message, const QString &informative = {})
         = 0;
@@ -119,6 +124,9 @@ protected:
     // One of `question.buttons` picked from a list (too many for buttons); -1 when cancelled.
     // By default asked with choose() and one more button, "Annulla".
     virtual int chooseFromList(QWidget *parent, const AskedQuestion &question);
+    // A line of text typed in answer (the message is the title, the informative text explains,
+    // the one button cancels); nothing when cancelled. By default, cancelled.
+    virtual std::optional<QString> askForText(QWidget *parent, const AskedQuestion &question);
 };
 
 } // namespace mirtex

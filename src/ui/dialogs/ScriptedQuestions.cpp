@@ -53,3 +53,17 @@ std::optional<SaveDialogChoice> ScriptedQuestions::chooseSaveLocation(QWidget *,
 }
 
 } // namespace mirtex
+
+namespace mirtex {
+
+std::optional<QString> ScriptedQuestions::askForText(QWidget *, const AskedQuestion &question)
+{
+    m_asked.push_back(question);
+    if (m_answers.empty())
+        return std::nullopt;
+    QString answer = m_answers.front();
+    m_answers.pop_front();
+    return answer;
+}
+
+} // namespace mirtex

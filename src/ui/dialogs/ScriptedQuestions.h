@@ -61,6 +61,8 @@ public:
 
 protected:
     int choose(QWidget *parent, const AskedQuestion &question, int escapeIndex) override;
+    // The next scripted answer is the text typed; none left: cancelled.
+    std::optional<QString> askForText(QWidget *parent, const AskedQuestion &question) override;
 
 private:
     std::deque<QString> m_answers;

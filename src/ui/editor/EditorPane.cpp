@@ -58,6 +58,15 @@ EditorPane::EditorPane(QWidget *parent)
                   SC_MOD_INSERTTEXT | SC_MOD_DELETETEXT | SC_MOD_BEFOREDELETE | SC_PERFORMED_USER
                       | SC_PERFORMED_UNDO | SC_PERFORMED_REDO);
     connect(this, &QsciScintilla::linesChanged, this, &EditorPane::updateLineNumberWidth);
+
+    // Several carets: Ctrl+click adds one, Alt+drag and Alt+Shift+arrows select a rectangle;
+    // typing, deleting and pasting act at every caret.
+    SendScintilla(SCI_SETMULTIPLESELECTION, 1L);
+    SendScintilla(SCI_SETADDITIONALSELECTIONTYPING, 1L);
+    SendScintilla(SCI_SETMULTIPASTE, static_cast<unsigned long>(SC_MULTIPASTE_EACH));
+    SendScintilla(SCI_SETADDITIONALCARETSVISIBLE, 1L);
+    SendScintilla(SCI_SETRECTANGULARSELECTIONMODIFIER, static_cast<unsigned long>(SCMOD_ALT));
+    SendScintilla(SCI_SETMOUSESELECTIONRECTANGULARSWITCH, 1L);
 }
 
 EditorPane::~EditorPane() = default;
@@ -165,11 +174,38 @@ void EditorPane::keyPressEvent(QKeyEvent *event)
     if (m_typingSteps)
         m_typingSteps->beforeInput(*this, TypingUndoSteps::classify(*event), event->text());
     Q_EMIT inputStarting();
-    if (!(m_autoClose && !isReadOnly() && handleAutoClose(event)))
+    if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier
+        && SendScintilla(SCI_GETSELECTIONS) > 1) {
+        // Back to one caret, the main one, also from a rectangle (Scintilla keeps those).
+        const long main = SendScintilla(SCI_GETMAINSELECTION);
+        SendScintilla(SCI_SETEMPTYSELECTION,
+                      static_cast<unsigned long>(
+                          SendScintilla(SCI_GETSELECTIONNCARET, static_cast<unsigned long>(main))));
+    } else if (m_manyCaretsHandler && !isReadOnly()
+               && SendScintilla(SCI_GETSELECTIONS) > kBatchKeysAboveCarets
+               && m_manyCaretsHandler(*event)) {
+        // typed or deleted at every caret in one edit
+    } else if (!(m_autoClose && !isReadOnly() && handleAutoClose(event))) {
+        if (event->modifiers() == (Qt::AltModifier | Qt::ShiftModifier))
+            startRectangle();
         QsciScintilla::keyPressEvent(event);
+    }
     Q_EMIT inputHandled();
     if (m_typingSteps)
         m_typingSteps->afterInput(*this);
+}
+
+void EditorPane::startRectangle()
+{
+    // Scintilla grows a rectangle from the corner where the last one was made, not from a
+    // selection set by the program; the rectangle starts at the main selection instead.
+    if (SendScintilla(SCI_SELECTIONISRECTANGLE))
+        return;
+    const auto main = static_cast<unsigned long>(SendScintilla(SCI_GETMAINSELECTION));
+    const long anchor = SendScintilla(SCI_GETSELECTIONNANCHOR, main);
+    const long caret = SendScintilla(SCI_GETSELECTIONNCARET, main);
+    SendScintilla(SCI_SETRECTANGULARSELECTIONANCHOR, static_cast<unsigned long>(anchor));
+    SendScintilla(SCI_SETRECTANGULARSELECTIONCARET, static_cast<unsigned long>(caret));
 }
 
 void EditorPane::mousePressEvent(QMouseEvent *event)
@@ -251,7 +287,22 @@ void EditorPane::inputMethodEvent(QInputMethodEvent *event)
 void EditorPane::paste()
 {
     Q_EMIT inputStarting();
-    QsciScintilla::paste();
+    if (!(m_clipboardHandler && m_clipboardHandler(ClipboardAction::paste)))
+        QsciScintilla::paste();
+    Q_EMIT inputHandled();
+}
+
+void EditorPane::copy()
+{
+    if (!(m_clipboardHandler && m_clipboardHandler(ClipboardAction::copy)))
+        QsciScintilla::copy();
+}
+
+void EditorPane::cut()
+{
+    Q_EMIT inputStarting();
+    if (!(m_clipboardHandler && m_clipboardHandler(ClipboardAction::cut)))
+        QsciScintilla::cut();
     Q_EMIT inputHandled();
 }
 

@@ -27,12 +27,38 @@ public:
     void applyColors(const EditorColors &colors);
 
     void paste() override;
+    void copy() override;
+    void cut() override;
+
+    enum class ClipboardAction {
+        copy,
+        cut,
+        paste
+    };
+
+    // Asked first for every copy, cut and paste; returns whether it handled it (several
+    // selections: one line per selection). Otherwise Scintilla does it.
+    void setClipboardHandler(std::function<bool(ClipboardAction)> handler)
+    {
+        m_clipboardHandler = std::move(handler);
+    }
 
     // Asked for every printable key typed while auto-close is on and the pane is editable;
     // returns whether it handled the key (the rules live in core/editor/AutoClose.h).
     void setAutoCloseHandler(std::function<bool(QChar typed)> handler)
     {
         m_autoCloseHandler = std::move(handler);
+    }
+
+    // With more carets than this, keys that type or delete go to the many-carets handler: one
+    // edit of the whole span instead of one per caret.
+    static constexpr long kBatchKeysAboveCarets = 64;
+
+    // Asked for typing, Backspace and Delete at more than kBatchKeysAboveCarets carets; returns
+    // whether it handled the key.
+    void setManyCaretsHandler(std::function<bool(const QKeyEvent &)> handler)
+    {
+        m_manyCaretsHandler = std::move(handler);
     }
 
     // Told of every key, input-method commit and mouse press, to end typing's undo steps where
@@ -66,6 +92,7 @@ protected:
 
 private:
     bool handleAutoClose(QKeyEvent *event);
+    void startRectangle();
     void updateLineNumberWidth();
 
     void refreshStyles();
@@ -73,6 +100,8 @@ private:
     std::unique_ptr<EditorColors> m_colors;
     bool m_autoClose = false;
     std::function<bool(QChar)> m_autoCloseHandler;
+    std::function<bool(ClipboardAction)> m_clipboardHandler;
+    std::function<bool(const QKeyEvent &)> m_manyCaretsHandler;
     TypingUndoSteps *m_typingSteps = nullptr;
     PaneOverlay *m_overlay = nullptr;
     bool m_showLineNumbers = true;

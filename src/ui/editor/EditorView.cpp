@@ -2,6 +2,7 @@
 
 #include "core/app/Preferences.h"
 #include "core/editor/AutoClose.h"
+#include "core/editor/CaretCommands.h"
 #include "core/languages/SyntaxHighlighter.h"
 #include "ui/editor/EditBatchApplier.h"
 #include "ui/editor/EditorAnnotations.h"
@@ -13,6 +14,9 @@
 #include "ui/editor/TextPositions.h"
 #include "ui/editor/TypingUndoSteps.h"
 
+#include <QApplication>
+#include <QClipboard>
+#include <QKeyEvent>
 #include <QSplitter>
 #include <QVBoxLayout>
 
@@ -78,6 +82,10 @@ EditorPane *EditorView::makePane()
         flushPendingEdit();
     });
     pane->setAutoCloseHandler([this, pane](QChar typed) { return autoClose(pane, typed); });
+    pane->setManyCaretsHandler(
+        [this, pane](const QKeyEvent &event) { return keyAtManyCarets(pane, event); });
+    pane->setClipboardHandler(
+        [this, pane](EditorPane::ClipboardAction action) { return clipboard(pane, int(action)); });
     connect(pane, &EditorPane::focused, this, [this](EditorPane *p) {
         m_active = p;
         Q_EMIT caretMoved();
@@ -172,6 +180,59 @@ bool EditorView::autoClose(EditorPane *pane, QChar typed)
         return true;
     }
     return m_applier->apply(*batch, pane);
+}
+
+bool EditorView::keyAtManyCarets(EditorPane *pane, const QKeyEvent &event)
+{
+    if (event.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier))
+        return false;
+    if (pane->SendScintilla(Sci::SCI_SELECTIONISRECTANGLE))
+        return false; // Scintilla keeps a rectangle's shape as it types
+    const Selections selections = readSelections(pane, *m_positions);
+    EditBatch batch;
+    if (event.key() == Qt::Key_Backspace || event.key() == Qt::Key_Delete) {
+        batch = deleteAtSelections(text(), selections, event.key() == Qt::Key_Backspace);
+    } else {
+        const QString typed = event.text();
+        if (typed.isEmpty() || !std::ranges::all_of(typed, [](QChar c) { return c.isPrint(); }))
+            return false;
+        batch = typeAtSelections(selections, typed);
+    }
+    if (!batch.isEmpty())
+        m_applier->apply(batch, pane);
+    return true;
+}
+
+bool EditorView::clipboard(EditorPane *pane, int action)
+{
+    // One selection, and copying a rectangle (which Scintilla marks as one), are Scintilla's.
+    if (pane->SendScintilla(Sci::SCI_GETSELECTIONS) < 2)
+        return false;
+    const bool rectangle = pane->SendScintilla(Sci::SCI_SELECTIONISRECTANGLE) != 0;
+    const Selections selections = readSelections(pane, *m_positions);
+    switch (EditorPane::ClipboardAction(action)) {
+    case EditorPane::ClipboardAction::copy:
+    case EditorPane::ClipboardAction::cut: {
+        if (rectangle)
+            return false;
+        const QString copied = textOfSelections(text(), selections);
+        if (copied.isEmpty())
+            return true;
+        QApplication::clipboard()->setText(copied);
+        if (EditorPane::ClipboardAction(action) == EditorPane::ClipboardAction::cut
+            && !pane->isReadOnly())
+            m_applier->apply(typeAtSelections(selections, {}), pane);
+        return true;
+    }
+    case EditorPane::ClipboardAction::paste: {
+        if (pane->isReadOnly())
+            return false;
+        const std::optional<EditBatch> batch
+            = distributeLines(text(), selections, QApplication::clipboard()->text());
+        return batch && m_applier->apply(*batch, pane);
+    }
+    }
+    return false;
 }
 
 void EditorView::followLineCount()

@@ -18,6 +18,7 @@
 #include <memory>
 #include <optional>
 
+class QKeyEvent;
 class QSplitter;
 
 namespace mirtex {
@@ -129,6 +130,8 @@ Q_SIGNALS:
 private:
     void followLineCount();
     bool autoClose(EditorPane *pane, QChar typed);
+    bool clipboard(EditorPane *pane, int action);
+    bool keyAtManyCarets(EditorPane *pane, const QKeyEvent &event);
     EditorPane *makePane();
 
     Preferences &m_prefs;

@@ -28,6 +28,24 @@ void writeSelections(QsciScintillaBase *pane,
 {
     if (selections.size() > 1)
         pane->SendScintilla(Sci::SCI_SETMULTIPLESELECTION, 1L);
+    // As many selections as the pane has: moved in place, in one pass. Adding them one by one
+    // costs Scintilla a pass over all of them each (seconds at 10,000 carets).
+    if (selections.size() > 1
+        && std::size_t(pane->SendScintilla(Sci::SCI_GETSELECTIONS)) == selections.size()
+        && !pane->SendScintilla(Sci::SCI_SELECTIONISRECTANGLE)) {
+        for (std::size_t i = 0; i < selections.size(); ++i) {
+            pane->SendScintilla(Sci::SCI_SETSELECTIONNANCHOR,
+                                static_cast<unsigned long>(i),
+                                long(positions.toByte(selections[i].anchor)));
+            pane->SendScintilla(Sci::SCI_SETSELECTIONNCARET,
+                                static_cast<unsigned long>(i),
+                                long(positions.toByte(selections[i].caret)));
+        }
+        pane->SendScintilla(Sci::SCI_SETMAINSELECTION,
+                            static_cast<unsigned long>(selections.mainIndex()));
+        pane->SendScintilla(Sci::SCI_CHOOSECARETX);
+        return;
+    }
     bool first = true;
     for (const Selection &selection : selections) {
         const auto caret = static_cast<unsigned long>(positions.toByte(selection.caret));
@@ -37,6 +55,8 @@ void writeSelections(QsciScintillaBase *pane,
     }
     pane->SendScintilla(Sci::SCI_SETMAINSELECTION,
                         static_cast<unsigned long>(selections.mainIndex()));
+    // Up and down (and rectangles grown with them) keep the column of the caret as now set.
+    pane->SendScintilla(Sci::SCI_CHOOSECARETX);
 }
 
 } // namespace mirtex
