@@ -20,6 +20,8 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QHash>
+#include <QKeySequence>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPointer>
@@ -354,4 +356,36 @@ TEST(RecoveryCommandsTest, ARecoveredTextOpensAsAModifiedUntitledTab)
     EXPECT_EQ(tab->editor()->text(), u"ritrovato \uFFFD\n"_s);
     EXPECT_TRUE(tab->document().isDirty());
     EXPECT_FALSE(tab->document().path());
+}
+
+// Two actions on one key: Qt runs neither ("ambiguous shortcut") and the user gets nothing.
+TEST_F(AppAssemblyTest, NoTwoActionsShareAKey)
+{
+    QList<QAction *> actions = app.window().actions();
+    QList<QMenu *> menus;
+    for (QAction *action : app.window().menuBar()->actions())
+        if (action->menu())
+            menus.append(action->menu());
+    while (!menus.isEmpty()) {
+        QMenu *menu = menus.takeLast();
+        for (QAction *action : menu->actions()) {
+            actions.append(action);
+            if (action->menu())
+                menus.append(action->menu());
+        }
+    }
+    QHash<QString, QAction *> owner;
+    QStringList clashes;
+    for (QAction *action : actions) {
+        for (const QKeySequence &key : action->shortcuts()) {
+            const QString text = key.toString(QKeySequence::PortableText);
+            QAction *&first = owner[text];
+            if (first && first != action)
+                clashes.append(text + u": "_s + first->text() + u" / "_s + action->text());
+            else
+                first = action;
+        }
+    }
+    clashes.removeDuplicates();
+    EXPECT_TRUE(clashes.isEmpty()) << clashes.join(u"; "_s).toStdString();
 }
