@@ -1,5 +1,6 @@
 #include "BenchCommands.h"
 
+#include "MarkdownCommands.h"
 #include "TransformCommands.h"
 #include "core/document/CharacterSetTable.h"
 #include "core/document/Document.h"
@@ -148,6 +149,9 @@ std::optional<int> runBenchCommand(const QStringList &arguments)
         return highlightToHtml(arguments.mid(1));
     // Line operations and digests.
     if (const auto status = runTransformCommand(arguments))
+        return status;
+    // Markdown to the page.
+    if (const auto status = runMarkdownCommand(arguments))
         return status;
     return std::nullopt;
 }
