@@ -201,17 +201,19 @@ private:
             number > 0 && std::size_t(number) <= labels.size())
             label = labels[std::size_t(number - 1)];
         std::vector<std::string> &order = m_context.footnoteOrder;
-        auto found = std::find(order.begin(), order.end(), label);
-        const bool first = found == order.end();
+        const auto found = m_context.footnoteNumbers.find(label);
+        const bool first = found == m_context.footnoteNumbers.end();
         if (first && !m_context.footnotes.contains(label)) {
             m_out += "[^";
             MarkdownInline::appendEscaped(m_out, label);
             m_out += ']';
             return;
         }
-        if (first)
+        if (first) {
             order.push_back(label);
-        const std::size_t number = (first ? order.size() : std::size_t(found - order.begin()) + 1);
+            m_context.footnoteNumbers.emplace(label, order.size());
+        }
+        const std::size_t number = first ? order.size() : found->second;
         m_out += "<sup class=\"fnref\"><a href=\"#fn-";
         MarkdownInline::appendEscaped(m_out, label, true);
         m_out += '"';

@@ -3,6 +3,7 @@
 // references, which also record the order in which footnotes are first cited.
 #pragma once
 
+#include "core/languages/Language.h"
 #include "core/markdown/MarkdownBlock.h"
 
 #include <QUrl>
@@ -25,6 +26,8 @@ struct RenderContext
     const MarkdownRenderer &renderer;
     std::unordered_map<std::string, int> slugs;
     std::vector<std::string> footnoteOrder;
+    std::unordered_map<std::string, std::size_t> footnoteNumbers;     // label to its 1-based place
+    std::unordered_map<std::string_view, LanguagePtr> fenceLanguages; // looked up once per word
 };
 
 namespace MarkdownInline {

@@ -8,6 +8,7 @@
 
 #include <QCoreApplication>
 
+#include <array>
 #include <unordered_map>
 
 namespace mirtex {
@@ -15,6 +16,18 @@ namespace mirtex {
 namespace {
 
 using MarkdownInline::appendEscaped;
+
+// The class names of the token kinds, made once.
+const std::string &tokenClass(TokenKind kind)
+{
+    static const auto names = [] {
+        std::array<std::string, kTokenKindCount> list;
+        for (int i = 0; i < kTokenKindCount; ++i)
+            list[std::size_t(i)] = toString(TokenKind(i)).toStdString();
+        return list;
+    }();
+    return names[std::size_t(kind)];
+}
 
 void appendLine(std::string &out, int line)
 {
@@ -28,10 +41,49 @@ bool isBlank(std::string_view text)
     return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
 }
 
+// UTF-16 to escaped UTF-8 straight into out (lone surrogates as U+FFFD).
 void appendEscapedUtf16(std::string &out, QStringView text)
 {
-    if (!text.isEmpty())
-        appendEscaped(out, text.toUtf8().toStdString());
+    const qsizetype size = text.size();
+    for (qsizetype i = 0; i < size; ++i) {
+        char32_t c = text[i].unicode();
+        if (c < 0x80) {
+            switch (c) {
+            case '&':
+                out += "&amp;";
+                break;
+            case '<':
+                out += "&lt;";
+                break;
+            case '>':
+                out += "&gt;";
+                break;
+            default:
+                out += char(c);
+                break;
+            }
+            continue;
+        }
+        if (QChar::isSurrogate(c)) {
+            if (QChar::isHighSurrogate(c) && i + 1 < size && text[i + 1].isLowSurrogate()) {
+                c = QChar::surrogateToUcs4(char16_t(c), text[i + 1].unicode());
+                ++i;
+            } else {
+                c = 0xFFFD;
+            }
+        }
+        if (c < 0x800) {
+            out += char(0xC0 | (c >> 6));
+        } else if (c < 0x10000) {
+            out += char(0xE0 | (c >> 12));
+            out += char(0x80 | ((c >> 6) & 0x3F));
+        } else {
+            out += char(0xF0 | (c >> 18));
+            out += char(0x80 | ((c >> 12) & 0x3F));
+            out += char(0x80 | ((c >> 6) & 0x3F));
+        }
+        out += char(0x80 | (c & 0x3F));
+    }
 }
 
 const char *alignAttribute(MarkdownAlign align)
@@ -171,7 +223,7 @@ void MarkdownRenderer::block(const MarkdownBlock &block,
         }
         return;
     case Kind::code:
-        code(block, out);
+        code(block, context, out);
         return;
     case Kind::quote:
         out += "<blockquote";
@@ -265,7 +317,9 @@ void MarkdownRenderer::block(const MarkdownBlock &block,
     }
 }
 
-void MarkdownRenderer::code(const MarkdownBlock &block, std::string &out) const
+void MarkdownRenderer::code(const MarkdownBlock &block,
+                            RenderContext &context,
+                            std::string &out) const
 {
     out += "<pre";
     appendLine(out, block.line);
@@ -282,7 +336,10 @@ void MarkdownRenderer::code(const MarkdownBlock &block, std::string &out) const
     LanguagePtr language;
     QString text;
     if (highlightCode && !block.language.empty()) {
-        language = CodeFenceLanguage::find(QString::fromUtf8(block.language));
+        auto [known, added] = context.fenceLanguages.try_emplace(block.language);
+        if (added)
+            known->second = CodeFenceLanguage::find(QString::fromUtf8(block.language));
+        language = known->second;
         if (language) {
             text = QString::fromUtf8(block.text);
             if (text.size() > kMaxColouredCode)
@@ -294,7 +351,7 @@ void MarkdownRenderer::code(const MarkdownBlock &block, std::string &out) const
         for (const Token &token : tokenize(*language, text)) {
             appendEscapedUtf16(out, QStringView(text).mid(at, token.location - at));
             out += "<span class=\"t-";
-            out += toString(token.kind).toStdString();
+            out += tokenClass(token.kind);
             out += "\">";
             appendEscapedUtf16(out, QStringView(text).mid(token.location, token.length));
             out += "</span>";
@@ -339,7 +396,7 @@ std::string MarkdownRenderer::renderBody(std::string utf8) const
     }
     const std::size_t size = utf8.size();
     const MarkdownDocument document = MarkdownParser::parse(std::move(utf8));
-    RenderContext context{document.footnotes, document.footnoteLabels, *this, {}, {}};
+    RenderContext context{document.footnotes, document.footnoteLabels, *this, {}, {}, {}, {}};
     std::string out;
     out.reserve(size + size / 2);
     blocks(document.blocks, false, context, out);

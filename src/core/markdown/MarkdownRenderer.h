@@ -42,7 +42,7 @@ private:
                 std::string &out) const;
     void
     block(const MarkdownBlock &block, bool tight, RenderContext &context, std::string &out) const;
-    void code(const MarkdownBlock &block, std::string &out) const;
+    void code(const MarkdownBlock &block, RenderContext &context, std::string &out) const;
     void footnotes(RenderContext &context, std::string &out) const;
 };
 

@@ -55,6 +55,10 @@ TEST(MarkdownRenderer, BodiesHoldTheExpectedHtml)
          "<code class=\"language-swift\">let x = 1\n</code></pre>\n"},
         {"```swift\nlet x = 1\n```", "<span class=\"t-keyword\">let</span>", true},
         {"~~~\n```\n~~~", "<code>```\n</code>"},
+        {"```js\nlet s = \"città 😀 <b>\"; // è\n```",
+         "<span class=\"t-keyword\">let</span> s = <span class=\"t-string\">\"città 😀 "
+         "&lt;b&gt;\"</span>; <span class=\"t-comment\">// è</span>\n</code>",
+         true},
         {"    indentato", "<pre data-line=\"0\"><code>indentato\n</code></pre>\n"},
         {"```\na < b\n```", "<pre data-line=\"0\"><code>a &lt; b\n</code></pre>"},
         {"```unknownlang\nx\n```", "<code class=\"language-unknownlang\">x\n</code>", true},
