@@ -1,6 +1,7 @@
 #include "BenchCommands.h"
 
 #include "DiffCommand.h"
+#include "MarkdownCommands.h"
 #include "TransformCommands.h"
 #include "core/document/CharacterSetTable.h"
 #include "core/document/Document.h"
@@ -239,6 +240,9 @@ std::optional<int> runBenchCommand(const QStringList &arguments)
         return runDiffCommand(arguments.mid(1));
     if (arguments.first() == QLatin1String("convert"))
         return convert(arguments.mid(1));
+    // Markdown to the page.
+    if (const auto status = runMarkdownCommand(arguments))
+        return status;
     return std::nullopt;
 }
 

@@ -3,6 +3,7 @@
 #include "core/app/CommandLine.h"
 #include "core/app/Preferences.h"
 #include "core/app/TerminationSignals.h"
+#include "core/markdown/MarkdownExport.h"
 #include "ui/app/AppAssembly.h"
 #include "ui/app/AppDelegate.h"
 #include "ui/app/ApplicationIdentity.h"
@@ -36,6 +37,16 @@ int main(int argc, char **argv)
         return 0;
     }
 
+    // A Markdown export needs no window system.
+    if (command.mode == CommandLine::Mode::exportDocument) {
+        QCoreApplication core(argc, argv);
+        QString error;
+        if (MarkdownExport::exportFile(command.exportSource, command.exportOutput, error))
+            return 0;
+        std::fprintf(stderr, "mirtex: %s\n", qPrintable(error));
+        return 1;
+    }
+
     QApplication app(argc, argv);
     ApplicationIdentity::apply();
 
@@ -50,6 +61,7 @@ int main(int argc, char **argv)
         return Snapshot::run(command.snapshot);
     case CommandLine::Mode::help:
     case CommandLine::Mode::version:
+    case CommandLine::Mode::exportDocument:
     case CommandLine::Mode::invalid:
         std::fprintf(stderr, "mirtex: %s\n", qPrintable(command.error));
         return 2;

@@ -61,6 +61,18 @@ CommandLine CommandLine::parse(const QStringList &arguments, const QString &work
         result.mode = Mode::version;
         return result;
     }
+    // --export SOURCE OUTPUT, alone on the line.
+    if (arguments.contains(QLatin1String("--export"))) {
+        if (arguments.size() != 3 || arguments.first() != QLatin1String("--export")) {
+            result.mode = Mode::invalid;
+            result.error = QStringLiteral("--export needs FILE.md OUT.html|OUT.pdf");
+            return result;
+        }
+        result.mode = Mode::exportDocument;
+        result.exportSource = absolute(arguments[1], workingDir);
+        result.exportOutput = absolute(arguments[2], workingDir);
+        return result;
+    }
     const bool snapshot = arguments.contains(QLatin1String("--snapshot"));
     if (snapshot)
         result.mode = Mode::snapshot;
@@ -154,7 +166,11 @@ QString CommandLine::helpText()
         "  --snapshot --out FILE.png [--size LxA] [--tab N] [--split side|stacked]\n"
         "             [--sidebar CARTELLA] [--select-word PAROLA] [--fold RIGA,…] [--dark]\n"
         "             [file…]\n"
-        "                   salva un'immagine della finestra con i file indicati ed esce\n");
+        "                   salva un'immagine della finestra con i file indicati ed esce\n"
+        "  --compare-snapshot A B --out FILE.png [--hunk N] [--size LxA] [--dark]\n"
+        "                   salva un'immagine del confronto di due file ed esce\n"
+        "  --export FILE.md USCITA.html|USCITA.pdf\n"
+        "                   scrive il documento Markdown come pagina ed esce\n");
 }
 
 QString CommandLine::versionText()

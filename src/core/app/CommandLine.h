@@ -33,6 +33,8 @@ struct CommandLine
         snapshot,
         help,    // print helpText() and exit
         version, // print versionText() and exit
+        // --export SOURCE OUTPUT: write a Markdown file as a page and exit
+        exportDocument,
         invalid
     };
 
@@ -41,6 +43,8 @@ struct CommandLine
     QStringList urls;  // mirtex: URLs, as given
     bool newInstance = false;
     SnapshotRequest snapshot;
+    QString exportSource; // --export: absolute paths
+    QString exportOutput;
     QString error; // why the arguments were refused (mode invalid)
 
     // `arguments` excludes the program name; relative paths are resolved against `workingDir`.
