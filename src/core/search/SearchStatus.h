@@ -1,0 +1,31 @@
+// The one status line a search command leaves in the find panel, with its error flag.
+#pragma once
+
+#include "core/search/SearchError.h"
+
+#include <QString>
+
+namespace mirtex {
+
+struct SearchStatus
+{
+    QString text;         // empty: nothing to say
+    bool isError = false; // failures and "nothing found"
+
+    // "Nessun risultato per “query”."
+    static SearchStatus noResult(const QString &query);
+
+    static SearchStatus failure(const SearchError &error) { return {error.description(), true}; }
+
+    static SearchStatus readOnly();       // "Il documento è in sola lettura."
+    static SearchStatus wrappedToStart(); // "Ricerca ripartita dall'inizio."
+    static SearchStatus wrappedToEnd();   // "Ricerca ripartita dalla fine."
+    // "1 occorrenza." / "N occorrenze.", an error when none.
+    static SearchStatus counted(qsizetype count);
+    // "1 sostituzione." / "N sostituzioni.", the no-result status when none.
+    static SearchStatus replaced(qsizetype count, const QString &query);
+
+    friend bool operator==(const SearchStatus &, const SearchStatus &) = default;
+};
+
+} // namespace mirtex
