@@ -122,6 +122,45 @@ FindResult findPrevious(QStringView text,
     return {std::nullopt, SearchStatus::noResult(options.query), false};
 }
 
+ReplaceOneResult replaceOne(QStringView text,
+                            TextRange selection,
+                            bool readOnly,
+                            const SearchOptions &options,
+                            bool wrapAround,
+                            int timeLimitSteps)
+{
+    if (readOnly)
+        return {{}, {std::nullopt, SearchStatus::readOnly(), true}};
+    const auto regex = makeRegex(options);
+    if (!regex)
+        return {{}, failed(regex.error())};
+    const auto justFind = [&] {
+        return ReplaceOneResult{{}, findNext(text, selection, options, wrapAround, timeLimitSteps)};
+    };
+    if (selection.length == 0 && options.mode != SearchMode::regex)
+        return justFind();
+    SearchMatcher matcher(*regex, text, timeLimitSteps);
+    matcher.setRange(selection, true);
+    const auto match = matcher.next();
+    if (!match)
+        return {{}, failed(match.error())};
+    // The leftmost match is the one at the selection start, if there is one.
+    if (!*match || **match != selection)
+        return justFind();
+    const auto replacement = replacementFor(matcher, options);
+    if (!replacement)
+        return {{}, failed(replacement.error())};
+
+    ReplaceOneResult result;
+    const qsizetype caret = selection.location + replacement->size();
+    result.batch.replacements.push_back({selection, *replacement});
+    result.batch.selectionsAfter = Selection::caretAt(caret);
+    result.batch.undoLabel = QCoreApplication::translate("Search", "Sostituisci");
+    const QString after = applyEditBatch(text, result.batch);
+    result.next = findNext(after, {caret, 0}, options, wrapAround, timeLimitSteps);
+    return result;
+}
+
 CountResult countMatches(QStringView text,
                          TextRange selection,
                          bool inSelection,

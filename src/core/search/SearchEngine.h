@@ -47,6 +47,22 @@ FindResult findPrevious(QStringView text,
                         bool wrapAround,
                         int timeLimitSteps = kSearchTimeLimitSteps);
 
+struct ReplaceOneResult
+{
+    EditBatch batch; // "Sostituisci", the caret after the new text; empty: nothing replaced
+    FindResult next; // then found in the text after the batch (as is, when the batch is empty)
+};
+
+// Replaces the selection when the expression matches exactly it (the selection searched as a text
+// of its own), then finds the next match; otherwise only finds the next match. An empty selection
+// outside regex mode only finds.
+ReplaceOneResult replaceOne(QStringView text,
+                            TextRange selection,
+                            bool readOnly,
+                            const SearchOptions &options,
+                            bool wrapAround,
+                            int timeLimitSteps = kSearchTimeLimitSteps);
+
 struct CountResult
 {
     qsizetype count = 0;

@@ -105,7 +105,7 @@ struct SearchMatcher::State
     std::shared_ptr<const SearchRegex::Compiled> compiled; // keeps the pattern alive
     icu::UnicodeString input;
     std::unique_ptr<icu::RegexMatcher> matcher;
-    qsizetype rangeEnd = 0;
+    qsizetype offset = 0; // of the input in the text
     bool matched = false;
     qsizetype appendPosition = 0; // where ICU's appendReplacement copies from
     int stepLimit = kSearchTimeLimitSteps;
@@ -144,7 +144,6 @@ SearchMatcher::SearchMatcher(const SearchRegex &regex, QStringView text, int tim
     m_state->stepLimit = std::max(timeLimitSteps, 1);
     m_state->matcher->setMatchCallback(spentStep, m_state.get(), status);
     m_state->matcher->setFindProgressCallback(movedOn, m_state.get(), status);
-    m_state->rangeEnd = text.size();
 }
 
 SearchMatcher::~SearchMatcher() = default;
@@ -153,14 +152,26 @@ void SearchMatcher::setRange(TextRange range, bool rangeIsText)
 {
     const qsizetype start = std::clamp<qsizetype>(range.location, 0, m_text.size());
     const qsizetype end = std::clamp<qsizetype>(range.end(), start, m_text.size());
+    State &state = *m_state;
+    icu::RegexMatcher &matcher = *state.matcher;
     UErrorCode status = U_ZERO_ERROR;
-    icu::RegexMatcher &matcher = *m_state->matcher;
-    matcher.region(start, end, status); // also resets the matcher and its append position
+    if (rangeIsText) {
+        // ICU's look-behind sees past opaque region bounds, so the range becomes the whole input.
+        state.input = alias(m_text.sliced(start, end - start));
+        matcher.reset(state.input);
+        state.offset = start;
+    } else {
+        if (state.offset != 0 || state.input.length() != m_text.size()) {
+            state.input = alias(m_text);
+            matcher.reset(state.input);
+            state.offset = 0;
+        }
+        matcher.region(start, end, status); // also resets the append position
+    }
     matcher.useTransparentBounds(!rangeIsText);
     matcher.useAnchoringBounds(rangeIsText);
-    m_state->rangeEnd = end;
-    m_state->matched = false;
-    m_state->appendPosition = 0;
+    state.matched = false;
+    state.appendPosition = 0;
 }
 
 std::expected<std::optional<TextRange>, SearchError> SearchMatcher::next()
@@ -177,7 +188,7 @@ std::expected<std::optional<TextRange>, SearchError> SearchMatcher::next()
         return std::optional<TextRange>{};
     const qsizetype start = matcher.start(status);
     const qsizetype end = matcher.end(status);
-    return std::optional<TextRange>{TextRange{start, end - start}};
+    return std::optional<TextRange>{TextRange{m_state->offset + start, end - start}};
 }
 
 std::expected<QString, SearchError> SearchMatcher::expand(QStringView icuTemplate)
@@ -186,7 +197,7 @@ std::expected<QString, SearchError> SearchMatcher::expand(QStringView icuTemplat
         return QString();
     icu::RegexMatcher &matcher = *m_state->matcher;
     UErrorCode status = U_ZERO_ERROR;
-    const qsizetype start = matcher.start(status);
+    const qsizetype start = matcher.start(status); // in the input, like the append position
     const qsizetype end = matcher.end(status);
     // appendReplacement copies the text since the previous match before the expansion.
     icu::UnicodeString appended;

@@ -49,4 +49,38 @@ SearchStatus SearchStatus::replaced(qsizetype count, const QString &query)
     return {QString::number(count) + tr(" sostituzioni."), false};
 }
 
+SearchStatus SearchStatus::marked(qsizetype count, const QString &query)
+{
+    if (count == 0)
+        return noResult(query);
+    return {QString::number(count) + tr(" occorrenze contrassegnate."), false};
+}
+
+SearchStatus SearchStatus::marksCleared()
+{
+    return {tr("Contrassegni cancellati."), false};
+}
+
+SearchStatus SearchStatus::foundAll(qsizetype hits, qsizetype files, const QString &query)
+{
+    if (hits == 0)
+        return noResult(query);
+    if (hits == 1 && files == 1)
+        return {tr("1 risultato in 1 file."), false};
+    return {QString::number(hits) + tr(" risultati in ") + QString::number(files) + tr(" file."),
+            false};
+}
+
+SearchStatus
+SearchStatus::replacedInDocuments(qsizetype count, qsizetype documents, const QString &query)
+{
+    if (count == 0)
+        return noResult(query);
+    if (documents == 1)
+        return {QString::number(count) + tr(" sostituzioni in 1 documento."), false};
+    return {QString::number(count) + tr(" sostituzioni in ") + QString::number(documents)
+                + tr(" documenti."),
+            false};
+}
+
 } // namespace mirtex

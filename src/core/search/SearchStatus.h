@@ -24,6 +24,14 @@ struct SearchStatus
     static SearchStatus counted(qsizetype count);
     // "1 sostituzione." / "N sostituzioni.", the no-result status when none.
     static SearchStatus replaced(qsizetype count, const QString &query);
+    // "N occorrenze contrassegnate.", the no-result status when none.
+    static SearchStatus marked(qsizetype count, const QString &query);
+    static SearchStatus marksCleared(); // "Contrassegni cancellati."
+    // "1 risultato in 1 file." / "N risultati in M file.", the no-result status when none.
+    static SearchStatus foundAll(qsizetype hits, qsizetype files, const QString &query);
+    // "N sostituzioni in 1 documento." / "… in M documenti.", the no-result status when none.
+    static SearchStatus
+    replacedInDocuments(qsizetype count, qsizetype documents, const QString &query);
 
     friend bool operator==(const SearchStatus &, const SearchStatus &) = default;
 };

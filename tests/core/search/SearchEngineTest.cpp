@@ -96,6 +96,9 @@ TEST(SearchEngine, CountStatusAndScope)
     EXPECT_EQ(countMatches(u"a a a a"_s, {2, 3}, false, search).count, 4);
     // The selection is searched as a text of its own.
     EXPECT_EQ(countMatches(u"xab"_s, {1, 2}, true, options(SearchMode::regex, u"^a"_s)).count, 1);
+    EXPECT_EQ(countMatches(u"xa a"_s, {1, 3}, true, wholeWords(options(SearchMode::normal, u"a"_s)))
+                  .count,
+              2);
 }
 
 TEST(SearchEngine, CompileFailuresAreReported)
@@ -297,6 +300,48 @@ TEST(SearchEngine, ReplaceAllFailsWithoutTouchingTheText)
     EXPECT_TRUE(none.batch.isEmpty());
     EXPECT_FALSE(none.beep);
     EXPECT_EQ(none.status, SearchStatus::noResult(u"z"_s));
+}
+
+TEST(SearchEngine, ReplaceOneReplacesOnlyAnExactMatchOfTheSelection)
+{
+    using enum SearchMode;
+
+    struct Case
+    {
+        SearchOptions options;
+        QString text;
+        TextRange selection;
+        QString expected; // the text afterwards
+        std::optional<TextRange> next;
+    };
+
+    const std::vector<Case> cases = {
+        {options(normal, u"cat"_s, u"dog"_s), u"cat cat"_s, {0, 3}, u"dog cat"_s, TextRange{4, 3}},
+        {options(normal, u"cat"_s, u"dog"_s), u"cat cat"_s, {0, 0}, u"cat cat"_s, TextRange{0, 3}},
+        {options(normal, u"cat"_s, u"dog"_s), u"cats"_s, {0, 4}, u"cats"_s, TextRange{0, 3}},
+        {options(regex, u"(a)(b)"_s, uR"(\2\1)"_s),
+         u"ab ab"_s,
+         {3, 2},
+         u"ab ba"_s,
+         TextRange{0, 2}},
+        {options(regex, u"^"_s, u"> "_s), u"a\nb"_s, {2, 0}, u"a\n> b"_s, TextRange{0, 0}},
+        {wholeWords(options(normal, u"a"_s, u"b"_s)),
+         u"xa a"_s,
+         {1, 1},
+         u"xb a"_s,
+         TextRange{3, 1}},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.options.query.toStdString() + " in " + c.text.toStdString());
+        const ReplaceOneResult result = replaceOne(c.text, c.selection, false, c.options, true);
+        EXPECT_EQ(applyEditBatch(c.text, result.batch), c.expected);
+        EXPECT_EQ(result.next.found, c.next);
+        if (!result.batch.isEmpty()) {
+            EXPECT_EQ(result.batch.undoLabel, u"Sostituisci"_s);
+        }
+    }
+    EXPECT_EQ(replaceOne(u"a"_s, {0, 1}, true, options(normal, u"a"_s), true).next.status,
+              (SearchStatus{u"Il documento è in sola lettura."_s, true}));
 }
 
 TEST(SearchEngine, APathologicalPatternStopsAtTheTimeLimit)
