@@ -68,6 +68,7 @@ public:
     // The mark "Mostra i fine riga" shows at each line break: the document's own ending ("CRLF",
     // "CR"); empty for LF, which Scintilla marks itself.
     void setLineEndLabel(const QString &label);
+
     // Draws over the text and takes clicks first (not owned; null for none).
     void setOverlay(PaneOverlay *overlay) { m_overlay = overlay; }
 

@@ -386,6 +386,7 @@ TEST_F(AppAssemblyTest, NoTwoActionsShareAKey)
                 first = action;
         }
     }
+    EXPECT_GT(owner.size(), 60) << "the menus were not walked";
     clashes.removeDuplicates();
     EXPECT_TRUE(clashes.isEmpty()) << clashes.join(u"; "_s).toStdString();
 }
