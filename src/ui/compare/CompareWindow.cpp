@@ -195,6 +195,7 @@ QWidget *CompareWindow::sideWidget(CompareSideIndex index)
         if (updated & (Sci::SC_UPDATE_V_SCROLL | Sci::SC_UPDATE_H_SCROLL))
             syncScroll(index);
     });
+    view->viewport()->installEventFilter(this);
     column->addWidget(header);
     column->addWidget(pane, 1);
     return box;
@@ -280,6 +281,13 @@ void CompareWindow::syncScroll(CompareSideIndex from)
         m_syncing = false;
     }
     refreshVisibleRows();
+}
+
+bool CompareWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Resize && m_panes[0] && m_marks[0] && m_marks[1])
+        QTimer::singleShot(0, this, [this]() { refreshVisibleRows(); });
+    return QWidget::eventFilter(watched, event);
 }
 
 void CompareWindow::refreshVisibleRows()
@@ -380,7 +388,7 @@ QString CompareWindow::positionText() const
     if (count == 0)
         return tr("nessuna differenza");
     if (m_current < 0)
-        return tr("%n differenze", nullptr, int(count));
+        return count == 1 ? tr("1 differenza") : tr("%1 differenze").arg(count);
     return tr("differenza %1 di %2").arg(m_current + 1).arg(count);
 }
 

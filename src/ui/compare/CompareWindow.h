@@ -81,6 +81,10 @@ Q_SIGNALS:
     // A new comparison is on screen.
     void shown();
 
+protected:
+    // A pane grown taller shows rows that were never numbered.
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     struct Result
     {

@@ -93,6 +93,26 @@ TEST_F(CompareWindowTest, PanesAreAlignedWithFillerRowsAndLabelsCount)
         [&]() { return window->pane(CompareSideIndex::right).firstVisibleLine() == 300; }));
 }
 
+// Line numbers are written for the rows on screen: a window made taller numbers the rows it
+// now shows, and one difference is counted in the singular.
+TEST_F(CompareWindowTest, RowsShownAfterAResizeAreNumbered)
+{
+    const QString many = QStringLiteral("riga\n").repeated(200);
+    auto window = open(many + QStringLiteral("x\n"), many + QStringLiteral("y\n"));
+    EXPECT_EQ(window->positionText(), QStringLiteral("1 differenza"));
+    window->resize(900, 1400);
+    EditorView &left = window->pane(CompareSideIndex::left);
+    const long lastShown = long(left.primaryPane()->SendScintilla(Sci::SCI_GETFIRSTVISIBLELINE))
+                           + long(left.primaryPane()->SendScintilla(Sci::SCI_LINESONSCREEN)) - 1;
+    ASSERT_GT(lastShown, 40);
+    EXPECT_TRUE(QTest::qWaitFor([&]() {
+        return left.primaryPane()->SendScintilla(
+                   Sci::SCI_MARGINGETTEXT, (unsigned long)lastShown, (long)0)
+               > 1;
+    })) << "row "
+        << lastShown << " has no number";
+}
+
 TEST_F(CompareWindowTest, CarryingADifferenceIsOneUndoStepInThatTab)
 {
     const QString left = QStringLiteral("a\nb\nc\nd\ne");
