@@ -271,6 +271,8 @@ LineList applyLineOperation(std::span<const QStringView> lines,
 std::vector<QStringView> splitLines(QStringView text)
 {
     std::vector<QStringView> lines;
+    // Counted first: a million lines would otherwise regrow the vector some twenty times.
+    lines.reserve(std::size_t(text.count(u'\n')) + 1);
     qsizetype start = 0;
     for (;;) {
         const qsizetype lf = text.indexOf(u'\n', start);

@@ -2,6 +2,8 @@
 
 #include "core/tools/Graphemes.h"
 
+#include <QtConcurrent>
+
 #include <unicode/ucol.h>
 
 #include <algorithm>
@@ -15,13 +17,38 @@ namespace mirtex {
 
 namespace {
 
-// The first four units as one number, so that most comparisons of a sort read no line text.
-std::uint64_t prefixKey(QStringView line)
+// Four units from `from` as one number, zero past the end, so that most comparisons of a sort
+// read no line text.
+std::uint64_t prefixKey(QStringView line, qsizetype from)
 {
     std::uint64_t key = 0;
-    for (qsizetype i = 0; i < 4; ++i)
+    for (qsizetype i = from; i < from + 4; ++i)
         key = (key << 16) | (i < line.size() ? line[i].unicode() : 0u);
     return key;
+}
+
+// Below this many items a second thread costs more than it saves.
+constexpr std::size_t kParallelSortFrom = 1 << 15;
+
+// `items` sorted by `less`, a strict weak order under which equivalent items are interchangeable
+// (a total order, or one whose ties cannot be told apart in the result): each half on its own
+// thread, then one merge.
+template<typename T, typename Less>
+void sortInTwo(std::vector<T> &items, Less less)
+{
+    if (items.size() < kParallelSortFrom || QThreadPool::globalInstance()->maxThreadCount() < 2) {
+        std::sort(items.begin(), items.end(), less);
+        return;
+    }
+    const auto middle = items.begin() + std::ptrdiff_t(items.size() / 2);
+    QFuture<void> first
+        = QtConcurrent::run([&items, middle, less] { std::sort(items.begin(), middle, less); });
+    std::sort(middle, items.end(), less);
+    first.waitForFinished();
+    std::vector<T> merged;
+    merged.reserve(items.size());
+    std::merge(items.begin(), middle, middle, items.end(), std::back_inserter(merged), less);
+    items = std::move(merged);
 }
 
 // The first eight bytes of a collation key, most significant first.
@@ -74,34 +101,63 @@ int compareUtf16(QStringView a, QStringView b)
 
 std::vector<QStringView> sortLiterally(std::span<const QStringView> lines, bool descending)
 {
+    // The first eight units as two numbers: lines often share their first word's first letters.
     struct Entry
     {
-        std::uint64_t key;
+        std::uint64_t head;
+        std::uint64_t next;
         QStringView line;
     };
 
     std::vector<Entry> entries;
     entries.reserve(lines.size());
     for (const QStringView line : lines)
-        entries.push_back({prefixKey(line), line});
+        entries.push_back({prefixKey(line, 0), prefixKey(line, 4), line});
     // Equal lines are the same text, so neither direction needs a stable sort.
     auto less = [](const Entry &a, const Entry &b) {
-        if (a.key != b.key)
-            return a.key < b.key;
+        if (a.head != b.head)
+            return a.head < b.head;
+        if (a.next != b.next)
+            return a.next < b.next;
         return compareUtf16(a.line, b.line) < 0;
     };
     if (descending)
-        std::sort(entries.begin(), entries.end(), [&](const Entry &a, const Entry &b) {
-            return less(b, a);
-        });
+        sortInTwo(entries, [&](const Entry &a, const Entry &b) { return less(b, a); });
     else
-        std::sort(entries.begin(), entries.end(), less);
+        sortInTwo(entries, less);
     std::vector<QStringView> result;
     result.reserve(entries.size());
     for (const Entry &entry : entries)
         result.push_back(entry.line);
     return result;
 }
+
+namespace {
+
+// The collation keys of lines [from, to), one after the other in `keys`, and where each ends.
+void collationKeys(UCollator *collator,
+                   std::span<const QStringView> lines,
+                   std::vector<std::uint8_t> &keys,
+                   std::vector<std::uint32_t> &ends)
+{
+    keys.reserve(lines.size() * 24);
+    ends.reserve(lines.size());
+    for (const QStringView line : lines) {
+        const auto *units = reinterpret_cast<const UChar *>(line.utf16());
+        const auto length = int32_t(line.size());
+        const std::size_t start = keys.size();
+        keys.resize(start + 64);
+        int32_t size = ucol_getSortKey(collator, units, length, keys.data() + start, 64);
+        if (size > 64) {
+            keys.resize(start + std::size_t(size));
+            size = ucol_getSortKey(collator, units, length, keys.data() + start, size);
+        }
+        keys.resize(start + std::size_t(size));
+        ends.push_back(std::uint32_t(keys.size()));
+    }
+}
+
+} // namespace
 
 std::vector<QStringView>
 sortIgnoringCase(std::span<const QStringView> lines, const QLocale &locale, bool descending)
@@ -114,50 +170,64 @@ sortIgnoringCase(std::span<const QStringView> lines, const QLocale &locale, bool
     // Secondary strength: letters and accents count, case does not.
     ucol_setStrength(collator, UCOL_SECONDARY);
 
-    // Every line's collation key in one buffer: comparing keys is a byte comparison, far cheaper
-    // than collating the lines again at each of the sort's comparisons.
+    // Every line's collation key, computed once: comparing keys is a byte comparison, far
+    // cheaper than collating the lines again at each of the sort's comparisons. Two threads
+    // compute them, each half of the lines with its own collator.
+    const bool inTwo
+        = lines.size() >= kParallelSortFrom && QThreadPool::globalInstance()->maxThreadCount() >= 2;
+    const std::size_t half = inTwo ? lines.size() / 2 : lines.size();
+    std::vector<std::uint8_t> keys[2];
+    std::vector<std::uint32_t> ends[2];
+    UCollator *second = nullptr;
+    if (inTwo) {
+        UErrorCode cloneStatus = U_ZERO_ERROR;
+        second = ucol_clone(collator, &cloneStatus);
+        if (U_FAILURE(cloneStatus))
+            second = nullptr;
+    }
+    if (second) {
+        QFuture<void> other = QtConcurrent::run(
+            [&] { collationKeys(second, lines.subspan(half), keys[1], ends[1]); });
+        collationKeys(collator, lines.first(half), keys[0], ends[0]);
+        other.waitForFinished();
+        ucol_close(second);
+    } else {
+        collationKeys(collator, lines, keys[0], ends[0]);
+    }
+    ucol_close(collator);
+
     struct Entry
     {
         std::uint64_t prefix;
-        std::uint32_t keyStart;
+        const std::uint8_t *key;
         std::uint32_t keySize;
         std::uint32_t index;
     };
 
     std::vector<Entry> entries;
     entries.reserve(lines.size());
-    std::vector<std::uint8_t> keys;
-    keys.reserve(std::size_t(lines.size()) * 24);
-    for (std::size_t index = 0; index < lines.size(); ++index) {
-        const QStringView line = lines[index];
-        const auto *units = reinterpret_cast<const UChar *>(line.utf16());
-        const auto length = int32_t(line.size());
-        std::size_t start = keys.size();
-        keys.resize(start + 64);
-        int32_t size = ucol_getSortKey(collator, units, length, keys.data() + start, 64);
-        if (size > 64) {
-            keys.resize(start + std::size_t(size));
-            size = ucol_getSortKey(collator, units, length, keys.data() + start, size);
+    for (int part = 0; part < 2; ++part) {
+        const std::uint32_t first = part == 0 ? 0 : std::uint32_t(half);
+        std::uint32_t start = 0;
+        for (std::size_t i = 0; i < ends[part].size(); ++i) {
+            const std::uint8_t *key = keys[part].data() + start;
+            const std::uint32_t size = ends[part][i] - start;
+            entries.push_back({bytePrefix(key, size), key, size, first + std::uint32_t(i)});
+            start = ends[part][i];
         }
-        keys.resize(start + std::size_t(size));
-        entries.push_back({0, std::uint32_t(start), std::uint32_t(size), std::uint32_t(index)});
     }
-    ucol_close(collator);
-    for (Entry &entry : entries)
-        entry.prefix = bytePrefix(keys.data() + entry.keyStart, entry.keySize);
 
-    const std::uint8_t *base = keys.data();
-    auto compareKeys = [base](const Entry &a, const Entry &b) {
+    auto compareKeys = [](const Entry &a, const Entry &b) {
         if (a.prefix != b.prefix)
             return a.prefix < b.prefix ? -1 : 1;
-        const int order
-            = std::memcmp(base + a.keyStart, base + b.keyStart, std::min(a.keySize, b.keySize));
+        const int order = std::memcmp(a.key, b.key, std::min(a.keySize, b.keySize));
         if (order != 0)
             return order;
         return a.keySize < b.keySize ? -1 : a.keySize > b.keySize ? 1 : 0;
     };
-    // Ties broken by input position: a stable order in both directions.
-    std::sort(entries.begin(), entries.end(), [&](const Entry &a, const Entry &b) {
+    // Ties broken by input position: a stable order in both directions, and a total order, so
+    // sorting in two halves gives the same result.
+    sortInTwo(entries, [&](const Entry &a, const Entry &b) {
         const int order = compareKeys(a, b);
         if (order != 0)
             return descending ? order > 0 : order < 0;

@@ -15,8 +15,9 @@ struct Piece
 };
 
 // The replacement of `range` by `replaced`, without the units both texts share at their ends (a
-// sorted document often keeps its first or last lines), never splitting a surrogate pair.
-TextReplacement narrowed(QStringView text, TextRange range, const QString &replaced)
+// sorted document often keeps its first or last lines), never splitting a surrogate pair. The
+// narrowed text keeps `replaced`'s buffer: a whole document's new text is not copied again.
+TextReplacement narrowed(QStringView text, TextRange range, QString replaced)
 {
     const QStringView before = text.sliced(range.location, range.length);
     const qsizetype most = std::min(before.size(), replaced.size());
@@ -31,10 +32,11 @@ TextReplacement narrowed(QStringView text, TextRange range, const QString &repla
         ++suffix;
     if (suffix > 0 && before[before.size() - suffix].isLowSurrogate())
         --suffix;
-    if (prefix == 0 && suffix == 0)
-        return {range, replaced}; // shared, not copied
-    return {{range.location + prefix, range.length - prefix - suffix},
-            replaced.sliced(prefix, replaced.size() - prefix - suffix)};
+    const TextRange narrowedRange{range.location + prefix, range.length - prefix - suffix};
+    replaced.chop(suffix);
+    if (prefix > 0)
+        replaced.remove(0, prefix); // moves the start, copies nothing
+    return {narrowedRange, std::move(replaced)};
 }
 
 // The batch for `pieces` (any order; a piece overlapping an earlier one is dropped and its
@@ -54,18 +56,19 @@ EditBatch assemble(QStringView text,
     qsizetype keptEnd = -1;
     Selection lastNew;
     TextRange lastRange;
-    for (const Piece &piece : pieces) {
+    for (Piece &piece : pieces) {
         if (keptEnd >= 0 && (piece.range.location < keptEnd || piece.range == lastRange)) {
             after[piece.selection] = lastNew; // the same text as an earlier selection's
             continue;
         }
+        const qsizetype newSize = piece.text.size();
         const bool changed = text.sliced(piece.range.location, piece.range.length) != piece.text;
         if (changed)
-            batch.replacements.push_back(narrowed(text, piece.range, piece.text));
+            batch.replacements.push_back(narrowed(text, piece.range, std::move(piece.text)));
         const qsizetype start = piece.range.location + delta;
-        lastNew = {start, start + piece.text.size()};
+        lastNew = {start, start + newSize};
         after[piece.selection] = lastNew;
-        delta += piece.text.size() - piece.range.length;
+        delta += newSize - piece.range.length;
         keptEnd = piece.range.end();
         lastRange = piece.range;
     }
