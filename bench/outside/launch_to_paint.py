@@ -20,7 +20,7 @@ import time
 
 
 def start_xvfb():
-    for number in range(90, 140):
+    for number in range(150 + os.getpid() % 50, 260):
         if os.path.exists(f"/tmp/.X11-unix/X{number}") or os.path.exists(f"/tmp/.X{number}-lock"):
             continue
         server = subprocess.Popen(["Xvfb", f":{number}", "-screen", "0", "1600x1000x24", "-nolisten", "tcp"],
@@ -40,7 +40,24 @@ def percentile(values, p):
     return ordered[min(len(ordered) - 1, int(round(p * (len(ordered) - 1))))]
 
 
+class Display:
+    """A private Xvfb, started again should it go away between launches."""
+
+    def __init__(self):
+        self.server, self.name = start_xvfb()
+
+    def current(self):
+        if self.server.poll() is not None:
+            self.server, self.name = start_xvfb()
+        return self.name
+
+    def stop(self):
+        self.server.kill()
+        self.server.wait()
+
+
 def launch(mirtex, path, display):
+    display = display.current()
     home = tempfile.mkdtemp(prefix="mirtex-launch-")
     try:
         env = dict(os.environ)
@@ -68,7 +85,7 @@ def main():
     parser.add_argument("--mirtex", default=os.path.join(os.path.dirname(__file__), "../../build/mirtex"))
     parser.add_argument("files", nargs="+")
     args = parser.parse_args()
-    server, display = start_xvfb()
+    display = Display()
     try:
         for path in args.files:
             size = os.path.getsize(path)
@@ -88,8 +105,7 @@ def main():
                   f"load {load_before[0]:.2f} -> {load_after[0]:.2f}")
             print("  ms:", " ".join(f"{t:.0f}" for t in times))
     finally:
-        server.kill()
-        server.wait()
+        display.stop()
 
 
 if __name__ == "__main__":
