@@ -8,6 +8,7 @@
 #include "ui/app/AppDelegate.h"
 #include "ui/app/ApplicationIdentity.h"
 #include "ui/app/CompareSnapshot.h"
+#include "ui/app/FirstPaintProbe.h"
 #include "ui/app/SelfTest.h"
 #include "ui/app/SessionStress.h"
 #include "ui/app/SingleInstance.h"
@@ -71,6 +72,9 @@ int main(int argc, char **argv)
 
     if (!command.newInstance && SingleInstance::handOver(command.files, command.urls))
         return 0;
+
+    // Launch timing for bench/outside (off unless MIRTEX_FIRST_PAINT_PROBE is set).
+    FirstPaintProbe::installFromEnvironment();
 
     Preferences prefs;
     DialogQuestions questions;
