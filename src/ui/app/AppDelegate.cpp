@@ -7,9 +7,11 @@
 #include "ui/document/DocumentFlows.h"
 #include "ui/document/DocumentTab.h"
 #include "ui/document/MainWindow.h"
+#include "ui/document/PendingTab.h"
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QPointer>
 #include <QTimer>
 
 namespace mirtex {
@@ -158,8 +160,22 @@ bool AppDelegate::askToSaveEach()
 {
     if (m_closeApproved)
         return true;
-    for (DocumentTab *tab : m_main.documents()) {
-        if (!m_main.documents().contains(tab) || !tab->document().isDirty())
+    // Every tab, loaded or not: a pending tab with unsaved text is loaded to be asked about (one
+    // that does not load keeps the application open rather than lose its text).
+    const QList<QWidget *> pages = m_main.pagesInOrder();
+    const QList<QPointer<QWidget>> guarded(pages.begin(), pages.end());
+    for (const QPointer<QWidget> &page : guarded) {
+        if (!page || !m_main.pagesInOrder().contains(page.data()))
+            continue;
+        DocumentTab *tab = m_main.tabForPage(page);
+        if (auto *pending = qobject_cast<PendingTab *>(page.data())) {
+            if (!pending->entry().hasBackup)
+                continue;
+            tab = pending->load();
+            if (!tab && m_main.pagesInOrder().contains(page.data()))
+                return false;
+        }
+        if (!tab || !tab->document().isDirty())
             continue;
         if (m_flows.askToSave(tab) == DocumentFlows::SaveOutcome::cancelled)
             return false;

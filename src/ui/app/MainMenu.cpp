@@ -75,7 +75,7 @@ MainMenu::MainMenu(MainWindow &window,
     QAction *menuKey = m_registry.action(QStringLiteral("openMenuBar:"));
     m_window.addAction(menuKey);
     connect(&m_window, &MainWindow::tabMenuRequested, this, [this](DocumentTab *tab, QPoint at) {
-        showTabMenu(int(m_window.documents().indexOf(tab)), at);
+        showTabMenu(int(m_window.pagesInOrder().indexOf(tab->page())), at);
     });
 }
 
@@ -177,12 +177,13 @@ void MainMenu::buildWindow()
         window->addAction(registry->action(QStringLiteral("selectNextTab:")));
         window->addAction(registry->action(QStringLiteral("selectPreviousTab:")));
         window->addSeparator();
-        const auto docs = w->documents();
-        for (int i = 0; i < docs.size(); ++i) {
+        // Every tab, loaded or not: the index is the tab's position.
+        const auto pages = w->pagesInOrder();
+        for (int i = 0; i < pages.size(); ++i) {
             QAction *action = registry->makeAction(
-                QStringLiteral("selectTab:"), i, docs[i]->document().displayName(), window);
+                QStringLiteral("selectTab:"), i, w->pageName(pages[i]), window);
             action->setCheckable(true);
-            action->setChecked(docs[i] == w->currentDocument());
+            action->setChecked(i == w->currentIndex());
             window->addAction(action);
         }
     };

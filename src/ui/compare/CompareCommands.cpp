@@ -30,13 +30,14 @@ QString tr(const char *text)
     return QCoreApplication::translate("CompareCommands", text);
 }
 
-// The left tab of a command: the one its menu was opened on, or the current one.
+// The left tab of a command: the one its menu was opened on (by its position among all tabs),
+// or the current one; nullptr for a tab not loaded yet.
 DocumentTab *tabAt(const CommandContext &context, const QVariant &argument)
 {
-    const QList<DocumentTab *> tabs = context.window().documents();
+    const QList<QWidget *> pages = context.window().pagesInOrder();
     const int index = argument.isValid() ? argument.toInt() : -1;
     if (index >= 0)
-        return index < tabs.size() ? tabs[index] : nullptr;
+        return index < pages.size() ? context.window().tabForPage(pages[index]) : nullptr;
     return context.currentTab();
 }
 
@@ -124,13 +125,18 @@ void CompareCommands::registerIn(CommandRegistry &registry, CommandContext &cont
                   [c](const QVariant &argument) {
                       const QVariantList pair = argument.toList();
                       DocumentTab *left = pair.size() == 2 ? tabAt(*c, pair[0]) : c->currentTab();
-                      const QList<DocumentTab *> tabs = c->window().documents();
+                      // The other tab may not be loaded yet: it loads to be compared.
+                      const QList<QWidget *> pages = c->window().pagesInOrder();
                       const int other = pair.size() == 2 ? pair[1].toInt() : argument.toInt();
-                      if (!left || other < 0 || other >= tabs.size() || tabs[other] == left)
+                      if (!left || other < 0 || other >= pages.size()
+                          || pages[other] == left->page())
                           return QApplication::beep();
-                      open(*c, sideOf(*left), sideOf(*tabs[other]));
+                      DocumentTab *right = c->window().loadedTabForPage(pages[other]);
+                      if (!right)
+                          return QApplication::beep();
+                      open(*c, sideOf(*left), sideOf(*right));
                   },
-                  [c](const QVariant &) { return c->window().documents().size() > 1; }});
+                  [c](const QVariant &) { return c->window().pagesInOrder().size() > 1; }});
 
     registry.add({QStringLiteral("compareWithSavedFile:"),
                   tr("Confronta con il file salvato"),
@@ -218,17 +224,18 @@ QMenu *CompareCommands::addCompareMenu(CommandRegistry &registry,
         // The submenu of the last opening is a child widget that clear() leaves behind.
         qDeleteAll(compare->findChildren<QMenu *>(QString(), Qt::FindDirectChildrenOnly));
         compare->clear();
-        const QList<DocumentTab *> tabs = c->window().documents();
-        const int left = tabIndex >= 0 ? tabIndex : int(tabs.indexOf(c->currentTab()));
+        // Every tab, loaded or not, by its position.
+        const QList<QWidget *> pages = c->window().pagesInOrder();
+        const int left = tabIndex >= 0 ? tabIndex : c->window().currentIndex();
         QMenu *withTab = compare->addMenu(tr("Confronta con la scheda"));
         withTab->setObjectName(QStringLiteral("mirtex.menu.compareWithTab"));
-        for (int i = 0; i < tabs.size(); ++i) {
+        for (int i = 0; i < pages.size(); ++i) {
             if (i == left)
                 continue;
             const QVariant argument(QVariantList{left, i});
             if (QAction *action = r->makeAction(QStringLiteral("compareWithTab:"),
                                                 argument,
-                                                tabs[i]->document().displayName(),
+                                                c->window().pageName(pages[i]),
                                                 withTab))
                 withTab->addAction(action);
         }

@@ -6,6 +6,7 @@
 #include "ui/document/DocumentTab.h"
 #include "ui/document/FileNotices.h"
 #include "ui/document/MainWindow.h"
+#include "ui/document/PendingTab.h"
 #include "ui/editor/EditorView.h"
 
 #include <QApplication>
@@ -244,8 +245,23 @@ bool DocumentFlows::saveCopy(DocumentTab *tab)
 bool DocumentFlows::saveAll()
 {
     bool all = true;
-    for (auto *tab : m_window.documents()) {
-        if (tab->document().isDirty()) {
+    // Pending tabs with unsaved text are loaded to be saved; loading replaces their pages.
+    const QList<QWidget *> pages = m_window.pagesInOrder();
+    const QList<QPointer<QWidget>> guarded(pages.begin(), pages.end());
+    for (const QPointer<QWidget> &page : guarded) {
+        if (!page)
+            continue;
+        DocumentTab *tab = m_window.tabForPage(page);
+        if (auto *pending = qobject_cast<PendingTab *>(page.data())) {
+            if (!pending->entry().hasBackup)
+                continue;
+            tab = pending->load();
+            if (!tab) {
+                all = false;
+                continue;
+            }
+        }
+        if (tab && tab->document().isDirty()) {
             m_window.selectDocument(tab);
             all = save(tab) && all;
         }
@@ -281,6 +297,34 @@ bool DocumentFlows::closeDocuments(const QList<DocumentTab *> &tabs)
 {
     for (DocumentTab *tab : tabs) {
         if (!closeDocument(tab))
+            return false;
+    }
+    return true;
+}
+
+bool DocumentFlows::closePage(QWidget *page)
+{
+    auto *pending = qobject_cast<PendingTab *>(page);
+    if (!pending)
+        return closeDocument(m_window.tabForPage(page));
+    if (!pending->entry().hasBackup) {
+        m_window.removePendingTab(pending);
+        return true;
+    }
+    if (DocumentTab *loaded = pending->load())
+        return closeDocument(loaded);
+    // Not loaded: declined (the tab stays, as a cancel), or nothing was left to show (gone).
+    return !m_window.pagesInOrder().contains(page);
+}
+
+bool DocumentFlows::closePages(const QList<QWidget *> &pages)
+{
+    // Closing (or loading) a tab deletes its page: the ones gone meanwhile are skipped.
+    const QList<QPointer<QWidget>> guarded(pages.begin(), pages.end());
+    for (const QPointer<QWidget> &page : guarded) {
+        if (!page || !m_window.pagesInOrder().contains(page.data()))
+            continue;
+        if (!closePage(page))
             return false;
     }
     return true;

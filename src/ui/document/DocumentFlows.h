@@ -56,6 +56,11 @@ public:
     bool closeDocument(DocumentTab *tab);
     // Closes each in turn as closeDocument does; stops at the first cancelled one.
     bool closeDocuments(const QList<DocumentTab *> &tabs);
+    // Closes tabs by their pages, loaded or pending, as closeDocuments does. A pending tab
+    // without unsaved text (its text is its file) just goes; one with a backup is loaded first
+    // and asked about as any unsaved tab; if it does not load, that counts as cancelled.
+    bool closePage(QWidget *page);
+    bool closePages(const QList<QWidget *> &pages);
     // Reads the file again, asking first when the tab has unsaved changes.
     bool reloadFromDisk(DocumentTab *tab);
     // The save question of closing and quitting.

@@ -297,6 +297,18 @@ DocumentTab *MainWindow::loadedTabForPage(QWidget *page)
     return tabForPage(page);
 }
 
+QString MainWindow::pageName(QWidget *page) const
+{
+    if (const DocumentTab *tab = tabForPage(page))
+        return tab->document().displayName();
+    if (const auto *pending = qobject_cast<PendingTab *>(page)) {
+        const SessionState::Entry &entry = pending->entry();
+        return entry.path ? QFileInfo(*entry.path).fileName()
+                          : entry.untitledName.value_or(QString());
+    }
+    return {};
+}
+
 void MainWindow::openWorkspace(const QString &folder)
 {
     m_sidebar->addFolder(folder);

@@ -83,6 +83,13 @@ public:
     void removePendingTab(PendingTab *pending);
     // Every tab's page in tab order: a DocumentTab's page or a PendingTab.
     QList<QWidget *> pagesInOrder() const;
+    // The loaded document of a tab page; nullptr for a pending tab (or no tab's page).
+    DocumentTab *tabForPage(QWidget *page) const;
+    // The document of a tab page, loading it first when the tab is pending; nullptr when it does
+    // not load (declined, or nothing left to show).
+    DocumentTab *loadedTabForPage(QWidget *page);
+    // The name a tab's document goes by, loaded or not (menus listing the tabs).
+    QString pageName(QWidget *page) const;
 
 Q_SIGNALS:
     void currentDocumentChanged(mirtex::DocumentTab *tab);
@@ -101,15 +108,12 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    DocumentTab *tabForPage(QWidget *page) const;
     void refreshTab(DocumentTab *tab);
     void refreshStatus();
     void refreshTitle();
     void applyPreferenceChange(Preferences::Field field);
     void removeTab(DocumentTab *tab);
     void insertDocument(int index, DocumentTab *tab);
-    // The document of a tab page, loading it first when the tab is pending.
-    DocumentTab *loadedTabForPage(QWidget *page);
 
     Preferences &m_prefs;
     QTabWidget *m_tabs;

@@ -28,29 +28,34 @@ DocumentTab *TabCommands::tabFor(const CommandContext &context, const QVariant &
 {
     if (!argument.isValid())
         return context.currentTab();
-    const QList<DocumentTab *> tabs = context.window().documents();
-    const int index = argument.toInt();
-    return index >= 0 && index < tabs.size() ? tabs[index] : nullptr;
+    return context.window().tabForPage(pageFor(context, argument));
+}
+
+QWidget *TabCommands::pageFor(const CommandContext &context, const QVariant &argument)
+{
+    const QList<QWidget *> pages = context.window().pagesInOrder();
+    const int index = argument.isValid() ? argument.toInt() : context.window().currentIndex();
+    return index >= 0 && index < pages.size() ? pages[index] : nullptr;
 }
 
 void TabCommands::registerIn(CommandRegistry &registry, CommandContext &context)
 {
     CommandContext *c = &context;
     MainWindow *w = &context.window();
-    // The tabs after `tab` (or every tab but it), in order.
-    auto others = [w](DocumentTab *tab, bool rightOnly) {
-        QList<DocumentTab *> tabs = w->documents();
-        const qsizetype at = tabs.indexOf(tab);
+    // The pages of the tabs after `page` (or of every tab but it), in order, loaded or not.
+    auto others = [w](QWidget *page, bool rightOnly) {
+        QList<QWidget *> pages = w->pagesInOrder();
+        const qsizetype at = page ? pages.indexOf(page) : -1;
         if (at < 0)
-            return QList<DocumentTab *>();
+            return QList<QWidget *>();
         if (rightOnly)
-            return tabs.mid(at + 1);
-        tabs.removeAt(at);
-        return tabs;
+            return pages.mid(at + 1);
+        pages.removeAt(at);
+        return pages;
     };
     auto step = [w](int by) {
         return [w, by](const QVariant &) {
-            const int count = int(w->documents().size());
+            const int count = int(w->pagesInOrder().size());
             if (count > 1)
                 w->selectIndex((w->currentIndex() + by + count) % count);
         };
@@ -63,7 +68,7 @@ void TabCommands::registerIn(CommandRegistry &registry, CommandContext &context)
         const DocumentTab *tab = tabFor(*c, argument);
         return tab && tab->document().path() && QFileInfo::exists(*tab->document().path());
     };
-    auto severalTabs = [w](const QVariant &) { return w->documents().size() > 1; };
+    auto severalTabs = [w](const QVariant &) { return w->pagesInOrder().size() > 1; };
 
     registry.add({QStringLiteral("selectNextTab:"),
                   tr("Scheda successiva"),
@@ -86,25 +91,25 @@ void TabCommands::registerIn(CommandRegistry &registry, CommandContext &context)
                   tr("Chiudi le altre schede"),
                   {},
                   [c, others](const QVariant &argument) {
-                      c->flows().closeDocuments(others(tabFor(*c, argument), false));
+                      c->flows().closePages(others(pageFor(*c, argument), false));
                   },
                   [c, others](const QVariant &argument) {
-                      return !others(tabFor(*c, argument), false).isEmpty();
+                      return !others(pageFor(*c, argument), false).isEmpty();
                   }});
     registry.add({QStringLiteral("closeTabsToTheRight:"),
                   tr("Chiudi le schede a destra"),
                   {},
                   [c, others](const QVariant &argument) {
-                      c->flows().closeDocuments(others(tabFor(*c, argument), true));
+                      c->flows().closePages(others(pageFor(*c, argument), true));
                   },
                   [c, others](const QVariant &argument) {
-                      return !others(tabFor(*c, argument), true).isEmpty();
+                      return !others(pageFor(*c, argument), true).isEmpty();
                   }});
     registry.add({QStringLiteral("closeAllTabs:"),
                   tr("Chiudi tutte le schede"),
                   {QKeySequence(QStringLiteral("Ctrl+Shift+W"))},
-                  [c, w](const QVariant &) { c->flows().closeDocuments(w->documents()); },
-                  [c](const QVariant &) { return c->hasDocument(); }});
+                  [c, w](const QVariant &) { c->flows().closePages(w->pagesInOrder()); },
+                  [w](const QVariant &) { return !w->pagesInOrder().isEmpty(); }});
     registry.add({QStringLiteral("copyPath:"),
                   tr("Copia percorso"),
                   {},

@@ -21,8 +21,11 @@ class TabCommands
 public:
     static void registerIn(CommandRegistry &registry, CommandContext &context);
 
-    // The tab at the index `argument` holds, or the current tab when it holds none.
+    // The tab at the index `argument` holds (its position among all tabs, loaded or not), or the
+    // current tab when it holds none; nullptr for a tab not loaded yet.
     static DocumentTab *tabFor(const CommandContext &context, const QVariant &argument);
+    // The page of that tab, loaded or not.
+    static QWidget *pageFor(const CommandContext &context, const QVariant &argument);
 
     // The menu shown on a right click on the tab at `index`, owned by `parent`.
     static QMenu *tabMenu(CommandRegistry &registry, int index, QWidget *parent);
