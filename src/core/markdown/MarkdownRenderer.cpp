@@ -386,14 +386,17 @@ void MarkdownRenderer::footnotes(RenderContext &context, std::string &out) const
 
 std::string MarkdownRenderer::renderBody(std::string utf8) const
 {
-    if (isBlank(utf8)) {
+    // Also for a document of nothing but definitions (links, unused footnotes): no blank page.
+    const auto emptyNotice = [] {
         std::string out = "<p class=\"empty\">";
         appendEscaped(
             out,
             QCoreApplication::translate("MarkdownRenderer", "Il documento è vuoto.").toStdString());
         out += "</p>";
         return out;
-    }
+    };
+    if (isBlank(utf8))
+        return emptyNotice();
     const std::size_t size = utf8.size();
     const MarkdownDocument document = MarkdownParser::parse(std::move(utf8));
     RenderContext context{document.footnotes, document.footnoteLabels, *this, {}, {}, {}, {}};
@@ -401,7 +404,7 @@ std::string MarkdownRenderer::renderBody(std::string utf8) const
     out.reserve(size + size / 2);
     blocks(document.blocks, false, context, out);
     footnotes(context, out);
-    return out;
+    return out.empty() ? emptyNotice() : out;
 }
 
 QString MarkdownRenderer::renderBody(const QString &text) const

@@ -1,7 +1,7 @@
 #include "core/tools/JsonLayout.h"
 
-#include <rapidjson/memorystream.h>
 #include <rapidjson/reader.h>
+#include <rapidjson/stream.h>
 
 namespace mirtex {
 
@@ -66,11 +66,17 @@ void newLine(QString &out, QStringView indentUnit, int depth)
 
 bool isValidJson(QStringView text)
 {
-    const QByteArray utf8 = text.toUtf8();
-    rapidjson::MemoryStream stream(utf8.constData(), std::size_t(utf8.size()));
+    // The reader takes a NUL for the end of the text, so one would hide whatever follows it; JSON
+    // never holds a raw NUL anyway.
+    if (text.contains(u'\0'))
+        return false;
+    // Parsed in place: strings are checked where they lie, without the reader's growing stack
+    // (which does arithmetic on a null pointer before its first allocation).
+    QByteArray utf8 = text.toUtf8();
+    rapidjson::InsituStringStream stream(utf8.data());
     rapidjson::BaseReaderHandler<> ignore;
     rapidjson::Reader reader;
-    return !reader.Parse<kRelaxed>(stream, ignore).IsError();
+    return !reader.Parse<kRelaxed | rapidjson::kParseInsituFlag>(stream, ignore).IsError();
 }
 
 std::optional<QString> formatJson(QStringView text, QStringView indentUnit)
@@ -124,7 +130,8 @@ std::optional<QString> formatJson(QStringView text, QStringView indentUnit)
             ++i;
         }
     }
-    if (text.endsWith(u'\n'))
+    // A closing line comment already wrote its break.
+    if (text.endsWith(u'\n') && !out.endsWith(u'\n'))
         out.append(u'\n');
     return out;
 }

@@ -102,7 +102,7 @@ TEST(MarkdownRenderer, BodiesHoldTheExpectedHtml)
 
 TEST(MarkdownRenderer, BlankDocumentsSayTheyAreEmpty)
 {
-    for (const char *blank : {"", " ", "\n\n\n", " \t\r\n  \n"})
+    for (const char *blank : {"", " ", "\n\n\n", " \t\r\n  \n", "[a]: /url\n", "[^x]: Due[^1].\n"})
         EXPECT_EQ(render(blank), "<p class=\"empty\">Il documento è vuoto.</p>") << blank;
 }
 

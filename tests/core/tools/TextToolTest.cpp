@@ -75,8 +75,10 @@ TEST(TextTool, GivesTheDocumentedResultsOrRefuses)
         {jsonFormat, u"{\"a\":1,}"_qs, u"{\n  \"a\": 1,\n  \n}"_qs}, // relaxed: trailing comma
         {jsonFormat, u"{\"a\":}"_qs, std::nullopt},
         {jsonFormat, u"1 2"_qs, std::nullopt},
+        {jsonFormat, u"1 // fine\n"_qs, u"1// fine\n"_qs}, // one break after the last comment
         {jsonMinify, u"[ 1 , // uno\n 2 ]"_qs, u"[1,// uno\n2]"_qs},
         {jsonMinify, u"{'a': 1}"_qs, std::nullopt},
+        {jsonMinify, QStringLiteral("[1]") + QChar(0) + u"{"_qs, std::nullopt}, // NUL ends nothing
     };
 
     for (const auto &c : cases)
