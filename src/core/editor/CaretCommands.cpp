@@ -106,7 +106,7 @@ std::optional<Selections> selectAllOccurrences(QStringView text, const Selection
 std::optional<Selections>
 addCaretOnAdjacentLine(QStringView text, const Selections &selections, bool above)
 {
-    const TextLines lines(text);
+    const DocumentLines lines(text);
     qsizetype edge = above ? lines.count() : -1;
     for (const Selection &s : selections) {
         const qsizetype line = lines.lineOf(s.caret);

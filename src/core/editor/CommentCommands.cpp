@@ -21,14 +21,14 @@ EditBatch toggleLineComment(QStringView text, const Selections &selections, cons
     EditBatch batch;
     if (token.isEmpty())
         return batch;
-    const TextLines lines(text);
-    const std::vector<LineSpan> spans = lines.spansOf(selections, false);
+    const DocumentLines lines(text);
+    const std::vector<LineBlock> spans = lines.spansOf(selections, false);
 
     // One decision for every touched line, so that several carets comment or uncomment together.
     bool allCommented = true;
     bool anyLine = false;
     qsizetype indent = std::numeric_limits<qsizetype>::max();
-    for (const LineSpan &span : spans) {
+    for (const LineBlock &span : spans) {
         for (qsizetype line = span.first; line <= span.last; ++line) {
             const QStringView content = lines.content(line);
             if (isBlank(content))
@@ -44,7 +44,7 @@ EditBatch toggleLineComment(QStringView text, const Selections &selections, cons
         return batch;
 
     const QString inserted = token + u' ';
-    for (const LineSpan &span : spans) {
+    for (const LineBlock &span : spans) {
         for (qsizetype line = span.first; line <= span.last; ++line) {
             const QStringView content = lines.content(line);
             if (isBlank(content))
@@ -93,7 +93,7 @@ EditBatch toggleBlockComment(QStringView text,
     EditBatch batch;
     if (start.isEmpty() || end.isEmpty())
         return batch;
-    const TextLines lines(text);
+    const DocumentLines lines(text);
     std::vector<TextRange> ranges;
     ranges.reserve(selections.size());
     for (const Selection &selection : selections) {
@@ -101,7 +101,7 @@ EditBatch toggleBlockComment(QStringView text,
             ranges.push_back(selection.range());
             continue;
         }
-        const LineSpan span = lines.spanOf(selection);
+        const LineBlock span = lines.spanOf(selection);
         ranges.push_back({lines.start(span.first), lines.end(span.last) - lines.start(span.first)});
     }
     std::ranges::sort(ranges, {}, &TextRange::location);

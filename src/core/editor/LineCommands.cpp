@@ -10,7 +10,7 @@ namespace {
 
 // The range a run of whole lines occupies together with one line break: the one after it, or for
 // the last line the one before it.
-TextRange wholeLines(const TextLines &lines, const LineSpan &span)
+TextRange wholeLines(const DocumentLines &lines, const LineBlock &span)
 {
     const qsizetype from = lines.start(span.first);
     if (span.last + 1 < lines.count())
@@ -44,10 +44,10 @@ private:
     qsizetype m_delta = 0;
 };
 
-std::vector<LineSpan> spansOfLines(std::vector<qsizetype> lineIndexes, qsizetype lineCount)
+std::vector<LineBlock> spansOfLines(std::vector<qsizetype> lineIndexes, qsizetype lineCount)
 {
     std::ranges::sort(lineIndexes);
-    std::vector<LineSpan> spans;
+    std::vector<LineBlock> spans;
     for (const qsizetype line : lineIndexes) {
         if (line < 0 || line >= lineCount)
             continue;
@@ -59,10 +59,11 @@ std::vector<LineSpan> spansOfLines(std::vector<qsizetype> lineIndexes, qsizetype
     return spans;
 }
 
-EditBatch deleteSpans(QStringView text, const TextLines &lines, const std::vector<LineSpan> &spans)
+EditBatch
+deleteSpans(QStringView text, const DocumentLines &lines, const std::vector<LineBlock> &spans)
 {
     EditBatch batch;
-    for (const LineSpan &span : spans) {
+    for (const LineBlock &span : spans) {
         const TextRange range = wholeLines(lines, span);
         if (range.length > 0)
             batch.replacements.push_back({range, {}});
@@ -75,18 +76,18 @@ EditBatch deleteSpans(QStringView text, const TextLines &lines, const std::vecto
 
 EditBatch duplicateLines(QStringView text, const Selections &selections)
 {
-    const TextLines lines(text);
+    const DocumentLines lines(text);
     // One copy below each run of lines holding carets, one after each non-empty selection.
     std::vector<Selection> caretOnly;
     for (const Selection &selection : selections) {
         if (selection.isEmpty())
             caretOnly.push_back(selection);
     }
-    std::vector<LineSpan> caretSpans;
+    std::vector<LineBlock> caretSpans;
     if (!caretOnly.empty())
         caretSpans = lines.spansOf(Selections(caretOnly), false);
     EditBatch batch;
-    for (const LineSpan &span : caretSpans) {
+    for (const LineBlock &span : caretSpans) {
         const qsizetype from = lines.start(span.first);
         const qsizetype to = lines.end(span.last);
         batch.replacements.push_back({{to, 0}, u'\n' + text.sliced(from, to - from).toString()});
@@ -116,7 +117,7 @@ EditBatch duplicateLines(QStringView text, const Selections &selections)
     for (const Selection &s : selections) {
         if (s.isEmpty()) {
             const qsizetype line = lines.lineOf(s.caret);
-            const auto span = std::ranges::upper_bound(caretSpans, line, {}, &LineSpan::first) - 1;
+            const auto span = std::ranges::upper_bound(caretSpans, line, {}, &LineBlock::first) - 1;
             const qsizetype own = lines.end(span->last) - lines.start(span->first) + 1;
             after.push_back(Selection::caretAt(s.caret + insertedBefore(s.caret) + own));
         } else {
@@ -132,7 +133,7 @@ EditBatch duplicateLines(QStringView text, const Selections &selections)
 
 EditBatch deleteLines(QStringView text, const Selections &selections)
 {
-    const TextLines lines(text);
+    const DocumentLines lines(text);
     EditBatch batch = deleteSpans(text, lines, lines.spansOf(selections, true));
     if (batch.isEmpty())
         return batch;
@@ -153,15 +154,15 @@ EditBatch deleteLines(QStringView text, const Selections &selections)
 
 EditBatch moveLines(QStringView text, const Selections &selections, bool up)
 {
-    const TextLines lines(text);
-    const std::vector<LineSpan> spans = lines.spansOf(selections, true);
+    const DocumentLines lines(text);
+    const std::vector<LineBlock> spans = lines.spansOf(selections, true);
     EditBatch batch;
     if ((up && spans.front().first == 0) || (!up && spans.back().last + 1 >= lines.count()))
         return batch;
     // Each block swaps places with its neighbour; the block's selections move by the neighbour's
     // length and a line break.
     std::vector<qsizetype> shiftOfSpan;
-    for (const LineSpan &span : spans) {
+    for (const LineBlock &span : spans) {
         const qsizetype blockFrom = lines.start(span.first);
         const qsizetype blockTo = lines.end(span.last);
         const QStringView block = text.sliced(blockFrom, blockTo - blockFrom);
@@ -181,7 +182,7 @@ EditBatch moveLines(QStringView text, const Selections &selections, bool up)
     after.reserve(selections.size());
     for (const Selection &s : selections) {
         const qsizetype line = lines.lineOf(s.start());
-        const auto span = std::ranges::upper_bound(spans, line, {}, &LineSpan::first) - 1;
+        const auto span = std::ranges::upper_bound(spans, line, {}, &LineBlock::first) - 1;
         const qsizetype shift = shiftOfSpan[std::size_t(span - spans.begin())];
         after.push_back({s.anchor + shift, s.caret + shift});
     }
@@ -191,12 +192,12 @@ EditBatch moveLines(QStringView text, const Selections &selections, bool up)
 
 EditBatch joinLines(QStringView text, const Selections &selections)
 {
-    const TextLines lines(text);
-    std::vector<LineSpan> spans = lines.spansOf(selections, false);
+    const DocumentLines lines(text);
+    std::vector<LineBlock> spans = lines.spansOf(selections, false);
     EditBatch batch;
     std::vector<qsizetype> caretAt; // in the text before, where each joined run's caret goes
     qsizetype previousLast = -1;
-    for (LineSpan span : spans) {
+    for (LineBlock span : spans) {
         if (span.first == span.last)
             ++span.last; // a caret's line joins the next one
         if (span.first <= previousLast)
@@ -237,7 +238,7 @@ EditBatch joinLines(QStringView text, const Selections &selections)
 
 EditBatch insertBlankLine(QStringView text, const Selections &selections, bool above)
 {
-    const TextLines lines(text);
+    const DocumentLines lines(text);
     std::vector<qsizetype> caretLines;
     for (const Selection &s : selections)
         caretLines.push_back(lines.lineOf(s.caret));
@@ -260,7 +261,7 @@ EditBatch deleteLineNumbers(QStringView text,
                             const Selections &selections,
                             std::vector<qsizetype> lineIndexes)
 {
-    const TextLines lines(text);
+    const DocumentLines lines(text);
     EditBatch batch = deleteSpans(text, lines, spansOfLines(std::move(lineIndexes), lines.count()));
     batch.selectionsAfter = mapSelections(selections, batch.replacements);
     return batch;
@@ -268,7 +269,7 @@ EditBatch deleteLineNumbers(QStringView text,
 
 QString textOfLines(QStringView text, std::vector<qsizetype> lineIndexes)
 {
-    const TextLines lines(text);
+    const DocumentLines lines(text);
     std::ranges::sort(lineIndexes);
     lineIndexes.erase(std::ranges::unique(lineIndexes).begin(), lineIndexes.end());
     QString result;

@@ -4,18 +4,18 @@
 
 namespace mirtex {
 
-TextLines::TextLines(QStringView text)
+DocumentLines::DocumentLines(QStringView text)
     : m_text(text)
 {
     m_index.rebuild(text);
 }
 
-qsizetype TextLines::end(qsizetype lineIndex) const
+qsizetype DocumentLines::end(qsizetype lineIndex) const
 {
     return lineIndex + 1 < count() ? start(lineIndex + 1) - 1 : m_text.size();
 }
 
-LineSpan TextLines::spanOf(const Selection &selection) const
+LineBlock DocumentLines::spanOf(const Selection &selection) const
 {
     const qsizetype first = lineOf(selection.start());
     qsizetype last = lineOf(selection.end());
@@ -24,17 +24,18 @@ LineSpan TextLines::spanOf(const Selection &selection) const
     return {first, last};
 }
 
-std::vector<LineSpan> TextLines::spansOf(const Selections &selections, bool mergeAdjacent) const
+std::vector<LineBlock> DocumentLines::spansOf(const Selections &selections,
+                                              bool mergeAdjacent) const
 {
-    std::vector<LineSpan> spans;
+    std::vector<LineBlock> spans;
     spans.reserve(selections.size());
     for (const Selection &selection : selections)
         spans.push_back(spanOf(selection));
-    std::ranges::sort(spans, {}, &LineSpan::first);
-    std::vector<LineSpan> merged;
+    std::ranges::sort(spans, {}, &LineBlock::first);
+    std::vector<LineBlock> merged;
     merged.reserve(spans.size());
     const qsizetype gap = mergeAdjacent ? 1 : 0;
-    for (const LineSpan &span : spans) {
+    for (const LineBlock &span : spans) {
         if (!merged.empty() && span.first <= merged.back().last + gap)
             merged.back().last = std::max(merged.back().last, span.last);
         else

@@ -12,19 +12,19 @@
 namespace mirtex {
 
 // Lines `first` to `last` (from 0, both included).
-struct LineSpan
+struct LineBlock
 {
     qsizetype first = 0;
     qsizetype last = 0;
 
-    friend bool operator==(const LineSpan &, const LineSpan &) = default;
+    friend bool operator==(const LineBlock &, const LineBlock &) = default;
 };
 
 // The lines of one text: starts from a LineIndex, plus the text's length for the last line.
-class TextLines
+class DocumentLines
 {
 public:
-    explicit TextLines(QStringView text);
+    explicit DocumentLines(QStringView text);
 
     QStringView text() const { return m_text; }
 
@@ -44,11 +44,11 @@ public:
 
     // The lines a selection touches. A selection over several lines that ends at the start of a
     // line does not take that line.
-    LineSpan spanOf(const Selection &selection) const;
+    LineBlock spanOf(const Selection &selection) const;
 
     // The lines of every selection, ascending; spans that overlap or touch are merged when
     // `mergeAdjacent`, spans that overlap always.
-    std::vector<LineSpan> spansOf(const Selections &selections, bool mergeAdjacent = true) const;
+    std::vector<LineBlock> spansOf(const Selections &selections, bool mergeAdjacent = true) const;
 
 private:
     QStringView m_text;
