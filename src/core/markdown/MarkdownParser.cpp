@@ -65,12 +65,53 @@ public:
 
     void blocksOf(cmark_node *parent, std::vector<MarkdownBlock> &out, int depth)
     {
-        for (cmark_node *child = cmark_node_first_child(parent); child;
-             child = cmark_node_next(child))
+        // Containers that add nothing of their own (and quotes and lists past the nesting cap)
+        // are walked here with a list of where to go on, not by recursion, so that input nested
+        // ten thousand deep takes no more stack than input nested to the cap.
+        std::vector<cmark_node *> resume;
+        cmark_node *child = cmark_node_first_child(parent);
+        while (child || !resume.empty()) {
+            if (!child) {
+                child = resume.back();
+                resume.pop_back();
+                continue;
+            }
+            cmark_node *next = cmark_node_next(child);
+            if (cmark_node *inner = cmark_node_first_child(child);
+                inner && isTransparent(child, depth)) {
+                resume.push_back(next);
+                child = inner;
+                continue;
+            }
             add(child, out, depth);
+            child = next;
+        }
     }
 
 private:
+    // Whether `add` would only add the node's children, at the same depth, to the same list.
+    static bool isTransparent(cmark_node *node, int depth)
+    {
+        switch (cmark_node_get_type(node)) {
+        case CMARK_NODE_CUSTOM_BLOCK:
+        case CMARK_NODE_DOCUMENT:
+        case CMARK_NODE_ITEM:
+            return true;
+        case CMARK_NODE_BLOCK_QUOTE:
+        case CMARK_NODE_LIST:
+            return depth >= kMaxDepth;
+        case CMARK_NODE_FOOTNOTE_DEFINITION:
+        case CMARK_NODE_HEADING:
+        case CMARK_NODE_PARAGRAPH:
+        case CMARK_NODE_CODE_BLOCK:
+        case CMARK_NODE_HTML_BLOCK:
+        case CMARK_NODE_THEMATIC_BREAK:
+            return false;
+        default:
+            return std::string_view(cmark_node_get_type_string(node)) != "table";
+        }
+    }
+
     void add(cmark_node *node, std::vector<MarkdownBlock> &out, int depth)
     {
         const cmark_node_type type = cmark_node_get_type(node);
