@@ -2,6 +2,7 @@
 
 #include "core/app/Preferences.h"
 #include "core/document/FileNaming.h"
+#include "core/document/HugePageHint.h"
 #include "core/document/SessionFolder.h"
 #include "core/document/SessionLock.h"
 #include "core/document/SessionRestore.h"
@@ -13,12 +14,16 @@
 #include "ui/document/PendingTab.h"
 #include "ui/editor/EditorAnnotations.h"
 #include "ui/editor/EditorFolding.h"
+#include "ui/editor/EditorPane.h"
 #include "ui/editor/EditorView.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
 #include <QLoggingCategory>
 #include <QProgressDialog>
+#include <Qsci/qsciscintillabase.h>
+
+#include <cstring>
 
 namespace mirtex {
 
@@ -52,6 +57,29 @@ bool WindowSession::isWriter() const
     return m_lock->isHeld();
 }
 
+namespace {
+
+// The editor's UTF-8 into `into`, in its memory when that is not shared and large enough; else in
+// new memory with room to grow by the typing of a few ticks.
+void copyEditorText(const EditorView &editor, QByteArray &into)
+{
+    using Sci = QsciScintillaBase;
+    EditorPane *pane = editor.primaryPane();
+    const long length = long(pane->SendScintilla(Sci::SCI_GETLENGTH));
+    const auto *buffer
+        = static_cast<const char *>(pane->SendScintillaPtrResult(Sci::SCI_GETCHARACTERPOINTER));
+    if (!into.isDetached() || into.capacity() < length) {
+        QByteArray fresh;
+        fresh.reserve(length + length / 16 + 65536);
+        adviseHugePages(fresh.data(), size_t(fresh.capacity()));
+        into = std::move(fresh);
+    }
+    into.resize(length);
+    std::memcpy(into.data(), buffer, size_t(length));
+}
+
+} // namespace
+
 SessionWriteRequest WindowSession::request(MainWindow &window) const
 {
     QHash<QWidget *, DocumentTab *> tabs;
@@ -60,6 +88,7 @@ SessionWriteRequest WindowSession::request(MainWindow &window) const
     const QList<QWidget *> pages = window.pagesInOrder();
     SessionWriteRequest request;
     request.documents.reserve(pages.size());
+    QHash<QString, QByteArray> copies;
     for (QWidget *page : pages) {
         DocumentTab *tab = tabs.value(page);
         if (!tab) {
@@ -97,10 +126,17 @@ SessionWriteRequest WindowSession::request(MainWindow &window) const
         item.changeCount = doc.changeCount();
         item.backedUpChangeCount = doc.backedUpChangeCount();
         // One copy of the editor's bytes, made now: the write may run while the text changes.
-        if (item.needsBackup && item.changeCount != item.backedUpChangeCount)
-            item.utf8Text = [utf8 = editor->utf8Text()]() { return utf8; };
+        if (item.needsBackup && item.changeCount != item.backedUpChangeCount) {
+            const QString id = doc.id().toString(QUuid::WithoutBraces);
+            QByteArray &copy = copies[id];
+            copy = m_textCopies.take(id);
+            copyEditorText(*editor, copy);
+            item.utf8Text = [utf8 = copy]() { return utf8; };
+        }
         request.documents.append(std::move(item));
     }
+    // Copies of documents not copied this time (saved, closed) are let go.
+    m_textCopies = std::move(copies);
     request.selected = window.currentIndex();
     request.workspace = window.workspaceFolders();
     request.sidebarVisible = window.isSidebarVisible();

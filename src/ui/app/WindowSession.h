@@ -7,6 +7,7 @@
 #include "core/document/SessionWriter.h"
 #include "ui/app/SessionKeeper.h"
 
+#include <QHash>
 #include <QPointer>
 
 #include <memory>
@@ -68,6 +69,9 @@ private:
     // While restoring: the entries not restored yet, written back as they are if the session
     // must be written before the restore is over (a termination signal during a question).
     std::optional<QList<SessionState::Entry>> m_notRestored;
+    // The last copy of each dirty document's text, by id: the next copy reuses its memory once
+    // the write that held it is over (fresh memory for a large text is mostly page faults).
+    mutable QHash<QString, QByteArray> m_textCopies;
 };
 
 } // namespace mirtex

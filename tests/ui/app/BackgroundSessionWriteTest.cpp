@@ -74,6 +74,21 @@ TEST_F(BackgroundSessionWriteTest, AnEditDuringTheWriteIsBackedUpByTheNextOne)
     EXPECT_EQ(tab->document().backedUpChangeCount(), tab->document().changeCount());
 }
 
+// Each tick's copy reuses the memory of the one before: a text that shrinks, then grows past that
+// memory, is backed up exactly each time.
+TEST_F(BackgroundSessionWriteTest, SuccessiveCopiesOfAShrinkingAndGrowingTextAreExact)
+{
+    DocumentTab *tab = window.newDocument();
+    EditorPane *pane = tab->editor()->primaryPane();
+    const QByteArray steps[] = {bigText('a'), QByteArray("corto"), bigText('c') + bigText('d')};
+    for (const QByteArray &text : steps) {
+        pane->SendScintilla(QsciScintillaBase::SCI_SETTEXT, text.constData());
+        session.writeInBackground(window);
+        session.finishWriting();
+        EXPECT_EQ(contents(backupOf(tab)), text) << text.size() << " bytes";
+    }
+}
+
 TEST_F(BackgroundSessionWriteTest, ATabClosedDuringTheWriteLosesNothingElse)
 {
     DocumentTab *kept = window.newDocument();
