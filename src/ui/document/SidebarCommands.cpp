@@ -1,6 +1,7 @@
 #include "ui/document/SidebarCommands.h"
 
 #include "core/document/FileOperations.h"
+#include "ui/commands/CommandMenu.h"
 #include "ui/commands/CommandRegistry.h"
 #include "ui/dialogs/Questions.h"
 #include "ui/document/CommandContext.h"
@@ -192,23 +193,17 @@ void SidebarCommands::registerIn(CommandRegistry &registry, CommandContext &cont
 
 QMenu *SidebarCommands::entryMenu(CommandRegistry &registry, const QString &path, QWidget *parent)
 {
-    auto *menu = new QMenu(parent);
-    menu->setObjectName(QStringLiteral("mirtex.menu.sidebar"));
-    const QVariant argument(path);
-    for (const char *name : {"newFileInFolder:",
-                             "newFolderInFolder:",
-                             "",
-                             "renameEntry:",
-                             "moveEntryToTrash:",
-                             "",
-                             "copyEntryPath:"}) {
-        if (!*name)
-            menu->addSeparator();
-        else if (QAction *action
-                 = registry.makeAction(QLatin1String(name), argument, QString(), menu))
-            menu->addAction(action);
-    }
-    return menu;
+    return commandMenu(registry,
+                       QStringLiteral("mirtex.menu.sidebar"),
+                       {"newFileInFolder:",
+                        "newFolderInFolder:",
+                        "",
+                        "renameEntry:",
+                        "moveEntryToTrash:",
+                        "",
+                        "copyEntryPath:"},
+                       QVariant(path),
+                       parent);
 }
 
 } // namespace mirtex

@@ -1,5 +1,6 @@
 #include "ui/document/TabCommands.h"
 
+#include "ui/commands/CommandMenu.h"
 #include "ui/commands/CommandRegistry.h"
 #include "ui/document/CommandContext.h"
 #include "ui/document/DocumentFlows.h"
@@ -133,24 +134,18 @@ void TabCommands::registerIn(CommandRegistry &registry, CommandContext &context)
 
 QMenu *TabCommands::tabMenu(CommandRegistry &registry, int index, QWidget *parent)
 {
-    auto *menu = new QMenu(parent);
-    menu->setObjectName(QStringLiteral("mirtex.menu.tab"));
-    const QVariant argument(index);
-    for (const char *name : {"closeTab:",
-                             "closeOtherTabs:",
-                             "closeTabsToTheRight:",
-                             "closeAllTabs:",
-                             "",
-                             "reloadFromDisk:",
-                             "copyPath:",
-                             "revealInSidebar:"}) {
-        if (!*name)
-            menu->addSeparator();
-        else if (QAction *action
-                 = registry.makeAction(QLatin1String(name), argument, QString(), menu))
-            menu->addAction(action);
-    }
-    return menu;
+    return commandMenu(registry,
+                       QStringLiteral("mirtex.menu.tab"),
+                       {"closeTab:",
+                        "closeOtherTabs:",
+                        "closeTabsToTheRight:",
+                        "closeAllTabs:",
+                        "",
+                        "reloadFromDisk:",
+                        "copyPath:",
+                        "revealInSidebar:"},
+                       QVariant(index),
+                       parent);
 }
 
 } // namespace mirtex
