@@ -2,6 +2,7 @@
 
 #include "core/app/Preferences.h"
 #include "core/app/RecentFiles.h"
+#include "core/search/FindModel.h"
 #include "ui/app/AppCommands.h"
 #include "ui/app/AppDelegate.h"
 #include "ui/app/AppearanceController.h"
@@ -41,6 +42,8 @@ AppAssembly::AppAssembly(Preferences &prefs,
                          std::unique_ptr<SessionKeeper> session)
     // Qt's own texts are in the interface language before the first widget exists.
     : m_recentFiles((QtTranslations::install(), std::make_unique<RecentFiles>(prefs)))
+    , m_findModel(std::make_unique<FindModel>(
+          prefs.value(QLatin1String(PreferenceKeys::kFindHistory)).toStringList()))
     , m_window(std::make_unique<MainWindow>(prefs))
     , m_flows(new DocumentFlows(*m_window, questions))
     , m_context(new CommandContext(*m_window, *m_flows))
@@ -49,6 +52,12 @@ AppAssembly::AppAssembly(Preferences &prefs,
     , m_secondaryWindows(std::make_unique<SecondaryWindows>())
     , m_delegate(std::make_unique<AppDelegate>(prefs, *m_flows, std::move(session)))
 {
+    QObject::connect(m_findModel.get(),
+                     &FindModel::historyChanged,
+                     &prefs,
+                     [&prefs](const QStringList &history) {
+                         prefs.setValue(QLatin1String(PreferenceKeys::kFindHistory), history);
+                     });
     CommandRegistry &commands = *m_commands;
     DocumentCommands::registerIn(commands, *m_context);
     EditCommands::registerIn(commands, *m_context);

@@ -15,6 +15,7 @@ class AppearanceController;
 class CommandContext;
 class CommandRegistry;
 class DocumentFlows;
+class FindModel;
 class MainMenu;
 class MainWindow;
 class Preferences;
@@ -52,8 +53,12 @@ public:
 
     RecentFiles &recentFiles() const { return *m_recentFiles; }
 
+    // The find panel's state, shared by every search command; its recent searches are stored.
+    FindModel &findModel() const { return *m_findModel; }
+
 private:
     std::unique_ptr<RecentFiles> m_recentFiles;
+    std::unique_ptr<FindModel> m_findModel;
     std::unique_ptr<MainWindow> m_window;
     DocumentFlows *m_flows;             // owned by the window
     CommandContext *m_context;          // owned by the window
