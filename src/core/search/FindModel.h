@@ -45,7 +45,8 @@ struct FindFields
     QString filters = QStringLiteral("*.*");
     bool subfolders = true;
     bool hiddenFolders = false;
-    bool bookmarkLines = false; // mark all also bookmarks the lines
+    bool respectGitignore = false; // "Rispetta .gitignore": skip what .gitignore files exclude
+    bool bookmarkLines = false;    // mark all also bookmarks the lines
     QString status;
     bool statusIsError = false;
     bool isBusy = false;
