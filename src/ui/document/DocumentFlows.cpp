@@ -134,6 +134,17 @@ DocumentTab *DocumentFlows::openNewPath(const QString &path)
             return existing;
         }
     }
+    // A restored tab of a file that is gone from disk still holds its text: it is that file's tab.
+    for (QWidget *page : m_window.pagesInOrder()) {
+        auto *pending = qobject_cast<PendingTab *>(page);
+        if (pending && pending->entry().path == path) {
+            if (DocumentTab *loaded = pending->load()) {
+                m_window.selectDocument(loaded);
+                return loaded;
+            }
+            return nullptr;
+        }
+    }
     if (!info.dir().exists()) {
         m_questions.inform(&m_window,
                            tr("Impossibile creare “%1”: la cartella “%2” non esiste.")

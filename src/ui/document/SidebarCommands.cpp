@@ -8,6 +8,7 @@
 #include "ui/document/DocumentFlows.h"
 #include "ui/document/DocumentTab.h"
 #include "ui/document/MainWindow.h"
+#include "ui/document/PendingTab.h"
 #include "ui/document/WorkspaceSidebar.h"
 
 #include <QClipboard>
@@ -64,9 +65,15 @@ bool holds(const QString &entry, const QString &path)
     return path == entry || path.startsWith(entry + u'/');
 }
 
-// Tabs whose file is `entry` or lies inside it.
+// Tabs whose file is `entry` or lies inside it. Tabs of a restored session not loaded yet are
+// loaded first, while their files are still where their entries say, so that they follow too.
 QList<DocumentTab *> tabsUnder(const MainWindow &window, const QString &entry)
 {
+    for (QWidget *page : window.pagesInOrder()) {
+        auto *pending = qobject_cast<PendingTab *>(page);
+        if (pending && pending->entry().path && holds(entry, *pending->entry().path))
+            pending->load();
+    }
     QList<DocumentTab *> found;
     for (DocumentTab *tab : window.documents()) {
         const auto &path = tab->document().path();
@@ -112,13 +119,14 @@ void renameEntry(CommandContext &c, const QVariant &argument)
         &window, tr("Rinomina"), tr("Nuovo nome per «%1»:").arg(oldName), oldName);
     if (!name || *name == oldName)
         return;
+    const QList<DocumentTab *> tabs = tabsUnder(window, entry);
     const auto moved = FileOperations::rename(entry, *name);
     if (!moved) {
         c.flows().questions().inform(
             &window, tr("Impossibile rinominare «%1».").arg(oldName), because(moved.error()));
         return;
     }
-    for (DocumentTab *tab : tabsUnder(window, entry))
+    for (DocumentTab *tab : tabs)
         tab->document().followMovedFile(*moved + tab->document().path()->mid(entry.size()));
     window.revealInSidebar(*moved);
 }
@@ -127,6 +135,7 @@ void trashEntry(CommandContext &c, const QVariant &argument)
 {
     MainWindow &window = c.window();
     const QString entry = QFileInfo(entryFor(c, argument)).absoluteFilePath();
+    const QList<DocumentTab *> tabs = tabsUnder(window, entry);
     const auto trashed = FileOperations::moveToTrash(entry);
     if (!trashed) {
         c.flows().questions().inform(
@@ -135,7 +144,7 @@ void trashEntry(CommandContext &c, const QVariant &argument)
             because(trashed.error()));
         return;
     }
-    for (DocumentTab *tab : tabsUnder(window, entry))
+    for (DocumentTab *tab : tabs)
         c.flows().fileRemovedByUser(tab);
 }
 

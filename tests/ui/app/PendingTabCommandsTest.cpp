@@ -261,3 +261,22 @@ TEST_F(PendingTabCommandsTest, TabListsNameEveryTabAndComparingLoadsTheOtherOne)
     ASSERT_NE(loaded, nullptr);
     EXPECT_EQ(loaded->editor()->utf8Text(), "modificato 20");
 }
+
+TEST_F(PendingTabCommandsTest, RenamingOrTrashingInTheSidebarCarriesPendingTabsAlong)
+{
+    ASSERT_NO_FATAL_FAILURE(restore(3));
+    questions.pushName(u"rinominato.txt"_s);
+    ASSERT_TRUE(app->commands().dispatch(u"renameEntry:"_s, file(10)));
+    DocumentTab *renamed = loadedAt(10);
+    ASSERT_NE(renamed, nullptr);
+    EXPECT_EQ(renamed->document().path(), dir.filePath(u"rinominato.txt"_s));
+    EXPECT_EQ(renamed->editor()->utf8Text(), "modificato 10");
+
+    // A file gone from disk: opening its path again selects its tab, not a second one.
+    ASSERT_TRUE(QFile::remove(file(20)));
+    const int pages = int(window().pagesInOrder().size());
+    DocumentTab *reopened = app->flows().openPath(file(20));
+    ASSERT_NE(reopened, nullptr);
+    EXPECT_EQ(window().pagesInOrder().size(), pages);
+    EXPECT_EQ(reopened->editor()->utf8Text(), "modificato 20");
+}
