@@ -7,6 +7,7 @@
 #include "core/languages/Tokenizer.h"
 #include "ui/app/AppAssembly.h"
 #include "ui/app/AppDelegate.h"
+#include "ui/app/ContentSelfTest.h"
 #include "ui/app/FoldSelfTest.h"
 #include "ui/app/SelfTestRunner.h"
 #include "ui/commands/Beep.h"
@@ -228,6 +229,8 @@ int SelfTest::run()
     checkCodec(t);
     checkSyntax(t, folder.path());
     checkFolding(t, folder.path());
+    checkCompare(t);
+    checkMarkdown(t);
     return t.finish();
 }
 
