@@ -97,8 +97,12 @@ int Snapshot::run(const SnapshotRequest &request)
                 QApplication::processEvents(QEventLoop::AllEvents, 25);
                 QThread::msleep(10);
             }
-            picture = window.grab();
             FindPanel &panel = search->panel();
+            // In the picture the panel sits in the bottom right corner, clear of the first lines.
+            panel.move(window.pos()
+                       + QPoint(window.width() - panel.width() - 24,
+                                window.height() - panel.height() - 40));
+            picture = window.grab();
             const QPoint at = panel.pos() - window.pos();
             QPainter painter(&picture);
             const QPoint offset(

@@ -407,7 +407,7 @@ TEST_F(SearchCommandsTest, ThePanelShowsEachTabsButtonsAndRunsThemByName)
     panel.button(u"findNext:"_s)->click();
     EXPECT_TRUE(panel.statusLabel()->styleSheet().contains(u"color"_s));
 
-    QTest::keyClick(&panel, Qt::Key_Escape);
+    QTest::keyClick(panel.queryField(), Qt::Key_Escape);
     EXPECT_FALSE(panel.isVisible());
 }
 
