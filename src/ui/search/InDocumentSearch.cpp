@@ -47,6 +47,7 @@ InDocumentSearch::~InDocumentSearch()
     if (m_job)
         m_job->stop->store(true);
     endJob();
+    m_pool.waitForDone();
 }
 
 EditorView *InDocumentSearch::editor() const
@@ -242,13 +243,14 @@ void InDocumentSearch::run(EditorView &editor, const QString &progress, Work wor
         watcher->deleteLater();
         finish(generation, watcher->result());
     });
-    watcher->setFuture(QtConcurrent::run([snapshot, bytes, work, stop = job.stop]() -> Apply {
-        const SearchStopScope scope(*stop);
-        if (stop->load())
-            return {};
-        const QString text = snapshot ? *snapshot : Utf8Codec::toUtf16(bytes);
-        return work(text);
-    }));
+    watcher->setFuture(
+        QtConcurrent::run(&m_pool, [snapshot, bytes, work, stop = job.stop]() -> Apply {
+            const SearchStopScope scope(*stop);
+            if (stop->load())
+                return {};
+            const QString text = snapshot ? *snapshot : Utf8Codec::toUtf16(bytes);
+            return work(text);
+        }));
 }
 
 void InDocumentSearch::finish(quint64 generation, const Apply &apply)

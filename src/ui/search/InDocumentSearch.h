@@ -10,6 +10,7 @@
 
 #include <QObject>
 #include <QPointer>
+#include <QThreadPool>
 
 #include <atomic>
 #include <functional>
@@ -80,6 +81,7 @@ private:
     qsizetype m_backgroundAbove = kBackgroundAboveUnits;
     std::unique_ptr<Job> m_job;
     quint64 m_generation = 0;
+    QThreadPool m_pool; // one thread: never queued behind other background work
 };
 
 } // namespace mirtex

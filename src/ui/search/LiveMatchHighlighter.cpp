@@ -89,6 +89,7 @@ LiveMatchHighlighter::LiveMatchHighlighter(CommandContext &context,
     , m_model(model)
     , m_debounce(new QTimer(this))
 {
+    m_pool.setMaxThreadCount(2);
     m_debounce->setSingleShot(true);
     m_debounce->setInterval(kDebounceMs);
     connect(m_debounce, &QTimer::timeout, this, &LiveMatchHighlighter::refresh);
@@ -106,6 +107,7 @@ LiveMatchHighlighter::~LiveMatchHighlighter()
 {
     if (m_stop)
         m_stop->store(true);
+    m_pool.waitForDone();
 }
 
 void LiveMatchHighlighter::setActive(bool active)
@@ -185,7 +187,7 @@ void LiveMatchHighlighter::refresh()
         paint(m_editor, shown->result());
         settleOne(generation);
     });
-    shown->setFuture(QtConcurrent::run([regex = *regex, stretches, stop = m_stop]() {
+    shown->setFuture(QtConcurrent::run(&m_pool, [regex = *regex, stretches, stop = m_stop]() {
         const SearchStopScope scope(*stop);
         std::vector<TextRange> ranges;
         for (const auto &[base, text] : stretches) {
@@ -220,7 +222,7 @@ void LiveMatchHighlighter::refresh()
         settleOne(generation);
     });
     counted->setFuture(
-        QtConcurrent::run([regex = *regex, snapshot, bytes, selection, stop = m_stop]() {
+        QtConcurrent::run(&m_pool, [regex = *regex, snapshot, bytes, selection, stop = m_stop]() {
             const SearchStopScope scope(*stop);
             const QString text = snapshot ? *snapshot : Utf8Codec::toUtf16(bytes);
             return countAll(regex, text, selection);

@@ -12,6 +12,7 @@
 #include <QMetaObject>
 #include <QObject>
 #include <QPointer>
+#include <QThreadPool>
 
 #include <atomic>
 #include <memory>
@@ -72,6 +73,8 @@ private:
     int m_pending = 0; // jobs of the current generation still running
     std::shared_ptr<std::atomic<bool>> m_stop;
     QString m_counter;
+    // Its own threads, so that a slow pattern never holds up other background work.
+    QThreadPool m_pool;
 };
 
 } // namespace mirtex

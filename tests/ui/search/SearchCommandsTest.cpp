@@ -466,3 +466,28 @@ TEST_F(SearchCommandsTest, WhileThePanelIsOpenTheVisibleMatchesAreOutlinedAndCou
     run("hideFindPanel:");
     EXPECT_TRUE(live.shownRanges().empty());
 }
+
+TEST_F(SearchCommandsTest, LongWorkShowsItselfBusyAndEscapeCancelsIt)
+{
+    // Every start position scans to the end of the text and fails: far too long to finish.
+    const QString text = QString(QString(u"ab"_s).repeated(30) + u'\n').repeated(50'000);
+    EditorView *editor = open(u"|"_s + text);
+    run("showReplacePanel:");
+    FindPanel &panel = search->panel();
+    EXPECT_EQ(panel.focusWidget(), panel.queryField()); // the focus within the panel
+    setQuery(u"(?:[ab\\n])*[^ab\\n]"_s, SearchMode::regex);
+    model().update([](FindFields &f) { f.replacement = u"x"_s; });
+    run("replaceAll:");
+    ASSERT_TRUE(search->search().isRunning());
+    EXPECT_FALSE(model().fields().isBusy); // not at once
+    ASSERT_TRUE(QTest::qWaitFor([&] { return model().fields().isBusy; }, 5000));
+    EXPECT_EQ(model().fields().status, u"Sostituzione in corso…"_s);
+    EXPECT_TRUE(panel.button(u"replaceAll:"_s)->isVisible());
+    QTest::keyClick(panel.queryField(), Qt::Key_Escape);
+    EXPECT_FALSE(search->search().isRunning());
+    EXPECT_FALSE(model().fields().isBusy);
+    EXPECT_TRUE(panel.isVisible()); // Esc stopped the work, not the panel
+    EXPECT_EQ(model().fields().status, u"Operazione annullata."_s);
+    EXPECT_EQ(editor->text(), text);
+    EXPECT_EQ(editor->primaryPane()->SendScintilla(QsciScintillaBase::SCI_CANUNDO), 0);
+}
