@@ -116,6 +116,8 @@ CommandLine CommandLine::parse(const QStringList &arguments, const QString &work
                 result.snapshot.split = v;
             } else if (arg == QLatin1String("--select-word")) {
                 result.snapshot.selectWord = v;
+            } else if (arg == QLatin1String("--find")) {
+                result.snapshot.findQuery = v;
             } else if (arg == QLatin1String("--fold")) {
                 // Lines from 1, separated by commas; the option may be repeated.
                 for (const QString &part : v.split(u',', Qt::SkipEmptyParts)) {
@@ -165,6 +167,7 @@ QString CommandLine::helpText()
         "  --selftest       esegue la prova interna ed esce\n"
         "  --snapshot --out FILE.png [--size LxA] [--tab N] [--split side|stacked]\n"
         "             [--sidebar CARTELLA] [--select-word PAROLA] [--fold RIGA,…] [--dark]\n"
+        "             [--find TESTO]\n"
         "             [file…]\n"
         "                   salva un'immagine della finestra con i file indicati ed esce\n"
         "  --compare-snapshot A B --out FILE.png [--hunk N] [--size LxA] [--dark]\n"

@@ -20,6 +20,7 @@ struct SnapshotRequest
     QString split;          // "", "side" or "stacked"
     QString sidebarFolder;  // empty: no sidebar
     QString selectWord;     // selects the first whole occurrence in the shown tab
+    QString findQuery;      // opens the find panel with this query, its matches outlined
     // Header lines (from 1) of the blocks to fold in the shown tab.
     QList<qint64> foldLines;
     bool dark = false;

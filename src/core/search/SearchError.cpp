@@ -18,6 +18,8 @@ QString SearchError::description() const
         return tr("Ricerca interrotta: l'espressione richiede troppo tempo su questo testo.");
     case Kind::missingGroup:
         return tr("La sostituzione usa un gruppo che l'espressione non ha: ") + detail;
+    case Kind::cancelled:
+        return tr("Operazione annullata.");
     }
     return {};
 }

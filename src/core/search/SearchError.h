@@ -8,10 +8,11 @@ namespace mirtex {
 struct SearchError
 {
     enum class Kind {
-        empty,       // nothing to look for
-        invalid,     // the pattern does not compile
-        tooComplex,  // the matcher ran out of time or stack on this text
-        missingGroup // the replacement names a group the pattern does not have
+        empty,        // nothing to look for
+        invalid,      // the pattern does not compile
+        tooComplex,   // the matcher ran out of time or stack on this text
+        missingGroup, // the replacement names a group the pattern does not have
+        cancelled     // the user stopped a long search (see SearchStopScope)
     };
 
     Kind kind = Kind::empty;

@@ -6,6 +6,7 @@
 #include "core/search/SearchRegex.h"
 
 #include "core/search/SearchEscapes.h"
+#include "core/search/SearchStop.h"
 
 #include <unicode/regex.h>
 #include <unicode/unistr.h>
@@ -111,6 +112,9 @@ struct SearchMatcher::State
     int stepLimit = kSearchTimeLimitSteps;
     int stepsAtStart = 0; // time steps spent since the search moved to a new start
     int64_t lastStart = -1;
+    const std::atomic<bool> *stop = SearchStopScope::current(); // set from another thread
+
+    bool stopped() const { return stop && stop->load(std::memory_order_relaxed); }
 };
 
 namespace {
@@ -118,6 +122,8 @@ namespace {
 UBool U_CALLCONV movedOn(const void *context, int64_t matchIndex)
 {
     auto *state = static_cast<SearchMatcher::State *>(const_cast<void *>(context));
+    if (state->stopped())
+        return false;
     if (matchIndex != state->lastStart) {
         state->lastStart = matchIndex;
         state->stepsAtStart = 0;
@@ -179,7 +185,11 @@ std::expected<std::optional<TextRange>, SearchError> SearchMatcher::next()
     icu::RegexMatcher &matcher = *m_state->matcher;
     UErrorCode status = U_ZERO_ERROR;
     m_state->stepsAtStart = 0;
-    m_state->matched = matcher.find(status);
+    m_state->matched = !m_state->stopped() && matcher.find(status);
+    if (m_state->stopped()) {
+        m_state->matched = false;
+        return std::unexpected(SearchError{SearchError::Kind::cancelled, {}, {}});
+    }
     if (U_FAILURE(status)) {
         m_state->matched = false;
         return std::unexpected(matchFailure(status));

@@ -32,6 +32,8 @@
 #include "ui/document/TabCommands.h"
 #include "ui/document/TextToolCommands.h"
 #include "ui/document/ViewCommands.h"
+// Search: the find panel and the in-document search commands.
+#include "ui/search/SearchCommands.h"
 
 #include <QMenu>
 
@@ -80,6 +82,8 @@ AppAssembly::AppAssembly(Preferences &prefs,
     LineCommands::registerIn(commands, *m_context);
     MultiCaretCommands::registerIn(commands, *m_context);
     CommandPalette::registerIn(commands, *m_window);
+    // Search: the find panel, the "Cerca" commands and the live match highlighting.
+    SearchCommands::registerIn(commands, *m_context, *m_findModel, prefs);
 
     m_menu = std::make_unique<MainMenu>(*m_window, commands, *m_recentFiles);
     QObject::connect(m_flows,

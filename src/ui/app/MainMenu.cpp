@@ -10,6 +10,8 @@
 // Lines, comments, bookmarks and several carets.
 #include "ui/document/LineCommands.h"
 #include "ui/document/MultiCaretCommands.h"
+// Search: the find panel and the in-document search commands.
+#include "ui/search/SearchCommands.h"
 
 #include <QAction>
 #include <QMenuBar>
@@ -39,6 +41,8 @@ MainMenu::MainMenu(MainWindow &window,
     LineCommands::addToMenu(m_registry, menu(QStringLiteral("mirtex.menu.edit")));
     MultiCaretCommands::addToMenu(m_registry, menu(QStringLiteral("mirtex.menu.edit")));
     addMenu(QStringLiteral("mirtex.menu.search"), tr("&Cerca"));
+    // Search: the find panel's tabs and the commands on the current document.
+    SearchCommands::addToMenu(m_registry, menu(QStringLiteral("mirtex.menu.search")));
     place(addMenu(QStringLiteral("mirtex.menu.view"), tr("&Visualizza")),
           {QStringLiteral("zoomIn:"),
            QStringLiteral("zoomOut:"),

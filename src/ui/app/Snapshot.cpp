@@ -10,9 +10,14 @@
 #include "ui/document/MainWindow.h"
 #include "ui/editor/EditorFolding.h"
 #include "ui/editor/EditorView.h"
+// The find panel over the window.
+#include "core/search/FindModel.h"
+#include "ui/search/FindPanel.h"
+#include "ui/search/SearchCommands.h"
 
 #include <QApplication>
 #include <QDir>
+#include <QPainter>
 #include <QPixmap>
 #include <QTemporaryDir>
 #include <QThread>
@@ -79,7 +84,34 @@ int Snapshot::run(const SnapshotRequest &request)
         QApplication::processEvents(QEventLoop::AllEvents, 25);
         QThread::msleep(10);
     }
-    const QPixmap picture = window.grab();
+    QPixmap picture = window.grab();
+    // The find panel is a window of its own: show it, let its matches be outlined, and draw it
+    // over the main window where it floats.
+    if (!request.findQuery.isEmpty()) {
+        auto *search = window.findChild<SearchCommands *>();
+        if (search) {
+            assembly.findModel().update([&](FindFields &f) { f.query = request.findQuery; });
+            assembly.commands().dispatch(QStringLiteral("showFindPanel:"));
+            assembly.commands().dispatch(QStringLiteral("findNext:"));
+            for (int i = 0; i < 40; ++i) {
+                QApplication::processEvents(QEventLoop::AllEvents, 25);
+                QThread::msleep(10);
+            }
+            FindPanel &panel = search->panel();
+            // In the picture the panel sits in the bottom right corner, clear of the first lines.
+            panel.move(window.pos()
+                       + QPoint(window.width() - panel.width() - 24,
+                                window.height() - panel.height() - 40));
+            picture = window.grab();
+            const QPoint at = panel.pos() - window.pos();
+            QPainter painter(&picture);
+            const QPoint offset(
+                std::clamp(at.x(), 0, std::max(0, picture.width() - panel.width())),
+                std::clamp(at.y(), 0, std::max(0, picture.height() - panel.height())));
+            painter.fillRect(QRect(offset, panel.size()).adjusted(-1, -1, 1, 1), Qt::darkGray);
+            panel.render(&painter, offset);
+        }
+    }
     if (picture.isNull() || !picture.save(request.outputPath)) {
         std::fprintf(stderr, "render failed\n");
         return 1;

@@ -211,6 +211,12 @@ void EditorAnnotations::toggleBookmark(qsizetype lineIndex)
     paintBookmarks();
 }
 
+void EditorAnnotations::setMarkRanges(std::vector<TextRange> ranges)
+{
+    m_model.markRanges = std::move(ranges);
+    paintRanges(kMarkIndicator, m_model.markRanges);
+}
+
 std::vector<qsizetype> EditorAnnotations::bookmarkedLines() const
 {
     std::vector<qsizetype> lines;

@@ -39,6 +39,9 @@ public:
     std::vector<qsizetype> bookmarkedLines() const;
     void setBookmarkedLines(const std::vector<qsizetype> &lines);
 
+    // The marks become exactly these ranges (mark all; empty clears them) and are redrawn.
+    void setMarkRanges(std::vector<TextRange> ranges);
+
     // Forgets the after-edit work (the text was replaced wholesale).
     void textReplaced();
 
