@@ -127,6 +127,8 @@ CommandLine CommandLine::parse(const QStringList &arguments, const QString &work
                 }
             } else if (arg == QLatin1String("--sidebar")) {
                 result.snapshot.sidebarFolder = absolute(v, workingDir);
+            } else if (arg == QLatin1String("--find-all")) {
+                result.snapshot.findAll = v;
             } else {
                 return fail(QStringLiteral("unknown option %1").arg(arg));
             }
@@ -165,6 +167,7 @@ QString CommandLine::helpText()
         "  --selftest       esegue la prova interna ed esce\n"
         "  --snapshot --out FILE.png [--size LxA] [--tab N] [--split side|stacked]\n"
         "             [--sidebar CARTELLA] [--select-word PAROLA] [--fold RIGA,…] [--dark]\n"
+        "             [--find-all TESTO]\n"
         "             [file…]\n"
         "                   salva un'immagine della finestra con i file indicati ed esce\n"
         "  --compare-snapshot A B --out FILE.png [--hunk N] [--size LxA] [--dark]\n"

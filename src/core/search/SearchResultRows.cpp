@@ -30,13 +30,16 @@ qsizetype indentation(const QString &line)
 
 QString setRowText(const SearchResultSet &set)
 {
-    const qsizetype hits = hitCount(set);
-    const qsizetype files = qsizetype(set.files.size());
+    return setRowText(set.query, set.scope, hitCount(set), qsizetype(set.files.size()));
+}
+
+QString setRowText(const QString &query, const QString &scope, qsizetype hits, qsizetype files)
+{
     const QString hitsText
         = hits == 1 ? tr("1 risultato") : QString::number(hits) + tr(" risultati");
     const QString filesText = files == 1 ? tr("1 file") : QString::number(files) + tr(" file");
-    return u'\u201C' + set.query + u'\u201D' + u" ("_s + hitsText + tr(" in ") + filesText
-           + u") \u2014 "_s + set.scope;
+    return u'\u201C' + query + u'\u201D' + u" ("_s + hitsText + tr(" in ") + filesText
+           + u") \u2014 "_s + scope;
 }
 
 HitRow hitRow(const SearchHit &hit)

@@ -7,6 +7,7 @@ namespace mirtex {
 
 // “query” (n risultati in m file) — scope; "1 risultato", "1 file" in the singular.
 QString setRowText(const SearchResultSet &set);
+QString setRowText(const QString &query, const QString &scope, qsizetype hits, qsizetype files);
 
 // Shown lines longer than this are cut to a window around the match.
 inline constexpr qsizetype kHitRowShownLength = 400;
