@@ -129,6 +129,8 @@ CommandLine CommandLine::parse(const QStringList &arguments, const QString &work
                 }
             } else if (arg == QLatin1String("--sidebar")) {
                 result.snapshot.sidebarFolder = absolute(v, workingDir);
+            } else if (arg == QLatin1String("--find-all")) {
+                result.snapshot.findAll = v;
             } else {
                 return fail(QStringLiteral("unknown option %1").arg(arg));
             }
@@ -167,7 +169,7 @@ QString CommandLine::helpText()
         "  --selftest       esegue la prova interna ed esce\n"
         "  --snapshot --out FILE.png [--size LxA] [--tab N] [--split side|stacked]\n"
         "             [--sidebar CARTELLA] [--select-word PAROLA] [--fold RIGA,…] [--dark]\n"
-        "             [--find TESTO]\n"
+        "             [--find TESTO] [--find-all TESTO]\n"
         "             [file…]\n"
         "                   salva un'immagine della finestra con i file indicati ed esce\n"
         "  --compare-snapshot A B --out FILE.png [--hunk N] [--size LxA] [--dark]\n"

@@ -24,6 +24,8 @@ struct SnapshotRequest
     // Header lines (from 1) of the blocks to fold in the shown tab.
     QList<qint64> foldLines;
     bool dark = false;
+    // Runs "Trova tutti nei documenti aperti" for this query, showing the results panel.
+    QString findAll;
 };
 
 struct CommandLine

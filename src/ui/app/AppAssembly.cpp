@@ -32,9 +32,11 @@
 #include "ui/document/TabCommands.h"
 #include "ui/document/TextToolCommands.h"
 #include "ui/document/ViewCommands.h"
-// Search: the find panel and the in-document search commands.
 #include "ui/search/SearchCommands.h"
+#include "ui/search/SearchResultCommands.h"
+#include "ui/search/SearchResultsPanel.h"
 
+#include <QDockWidget>
 #include <QMenu>
 
 namespace mirtex {
@@ -106,12 +108,28 @@ AppAssembly::AppAssembly(Preferences &prefs,
     // Code folding.
     FoldCommands::addFoldMenu(commands, m_menu->menu(QStringLiteral("mirtex.menu.view")));
 
+    // The results panel under the editor, its commands (find all, replace in open documents,
+    // F4 / Shift+F4) and their entries at the end of the "Cerca" menu.
+    m_searchResults = new SearchResultsPanel;
+    QDockWidget *resultsDock = m_window->addPanel(Qt::BottomDockWidgetArea, m_searchResults);
+    resultsDock->hide();
+    QObject::connect(resultsDock, &QDockWidget::visibilityChanged, &commands, [&commands]() {
+        commands.refresh();
+    });
+    SearchResultCommands::registerIn(commands, *m_context, *m_findModel, *m_searchResults);
+    SearchResultCommands::layOut(commands, m_menu->menu(QStringLiteral("mirtex.menu.search")));
+
     // Enabled and checked states follow the tab, its state and selection, and the settings.
     QObject::connect(
         m_context, &CommandContext::changed, &commands, [&commands]() { commands.refresh(); });
     QObject::connect(
         &prefs, &Preferences::changed, &commands, [&commands]() { commands.refresh(); });
     commands.refresh();
+}
+
+SearchResultSink &AppAssembly::searchResults() const
+{
+    return *m_searchResults;
 }
 
 AppAssembly::~AppAssembly()

@@ -22,6 +22,8 @@ class Preferences;
 class Questions;
 class RecentFiles;
 class SecondaryWindows;
+class SearchResultSink;
+class SearchResultsPanel;
 
 class AppAssembly
 {
@@ -56,6 +58,12 @@ public:
     // The find panel's state, shared by every search command; its recent searches are stored.
     FindModel &findModel() const { return *m_findModel; }
 
+    // The results panel ("Risultati della ricerca", docked under the editor): where the find-all
+    // commands and find in files hand their result sets.
+    SearchResultSink &searchResults() const;
+
+    SearchResultsPanel &searchResultsPanel() const { return *m_searchResults; }
+
 private:
     std::unique_ptr<RecentFiles> m_recentFiles;
     std::unique_ptr<FindModel> m_findModel;
@@ -67,6 +75,7 @@ private:
     std::unique_ptr<SecondaryWindows> m_secondaryWindows;
     std::unique_ptr<AppDelegate> m_delegate;
     std::unique_ptr<MainMenu> m_menu;
+    SearchResultsPanel *m_searchResults = nullptr; // owned by the window (in its dock)
 };
 
 } // namespace mirtex

@@ -2,6 +2,7 @@
 
 #include "core/app/CommandLine.h"
 #include "core/app/Preferences.h"
+#include "core/search/FindModel.h"
 #include "ui/app/AppAssembly.h"
 #include "ui/commands/CommandRegistry.h"
 #include "ui/dialogs/DialogQuestions.h"
@@ -77,6 +78,10 @@ int Snapshot::run(const SnapshotRequest &request)
     }
     if (!request.sidebarFolder.isEmpty())
         window.openWorkspace(request.sidebarFolder);
+    if (!request.findAll.isEmpty()) {
+        assembly.findModel().update([&](FindFields &fields) { fields.query = request.findAll; });
+        assembly.commands().dispatch(QStringLiteral("findAllInOpenDocuments:"));
+    }
 
     window.show();
     // Let layouts settle and the file tree list its folder before the picture is taken.
