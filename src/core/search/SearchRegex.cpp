@@ -5,6 +5,7 @@
 // it, and the match callback, called once per ICU time step, spends it.
 #include "core/search/SearchRegex.h"
 
+#include "core/search/LiteralMatcher.h"
 #include "core/search/SearchEscapes.h"
 
 #include <unicode/regex.h>
@@ -20,6 +21,7 @@ struct SearchRegex::Compiled
     SearchOptions options;
     QString pattern;
     std::unique_ptr<icu::RegexPattern> regex;
+    std::optional<LiteralSearch> literal; // the query found without the regex engine
 };
 
 namespace {
@@ -61,6 +63,22 @@ const QString &SearchRegex::pattern() const
     return m_compiled->pattern;
 }
 
+const LiteralSearch *SearchRegex::literal() const
+{
+    return m_compiled->literal ? &*m_compiled->literal : nullptr;
+}
+
+SearchRegex SearchRegex::regexEngineOnly() const
+{
+    SearchRegex copy;
+    copy.m_compiled = std::make_shared<const Compiled>(
+        Compiled{m_compiled->options,
+                 m_compiled->pattern,
+                 std::unique_ptr<icu::RegexPattern>(m_compiled->regex->clone()),
+                 std::nullopt});
+    return copy;
+}
+
 std::expected<SearchRegex, SearchError> makeRegex(const SearchOptions &options)
 {
     if (options.query.isEmpty())
@@ -95,8 +113,8 @@ std::expected<SearchRegex, SearchError> makeRegex(const SearchOptions &options)
         return std::unexpected(SearchError::invalid(options.query, errorName(status)));
     }
     SearchRegex result;
-    result.m_compiled = std::make_shared<const SearchRegex::Compiled>(
-        SearchRegex::Compiled{options, pattern, std::move(regex)});
+    result.m_compiled = std::make_shared<const SearchRegex::Compiled>(SearchRegex::Compiled{
+        options, pattern, std::move(regex), LiteralSearch::forOptions(options)});
     return result;
 }
 
@@ -111,6 +129,7 @@ struct SearchMatcher::State
     int stepLimit = kSearchTimeLimitSteps;
     int stepsAtStart = 0; // time steps spent since the search moved to a new start
     int64_t lastStart = -1;
+    std::unique_ptr<LiteralMatcher> literal; // set: the regex engine is not used for matching
 };
 
 namespace {
@@ -138,6 +157,11 @@ SearchMatcher::SearchMatcher(const SearchRegex &regex, QStringView text, int tim
     , m_text(text)
 {
     m_state->compiled = regex.m_compiled;
+    if (const auto &literal = m_state->compiled->literal) {
+        m_state->literal
+            = std::make_unique<LiteralMatcher>(*literal, *m_state->compiled->regex, text);
+        return;
+    }
     m_state->input = alias(text);
     UErrorCode status = U_ZERO_ERROR;
     m_state->matcher.reset(m_state->compiled->regex->matcher(m_state->input, status));
@@ -150,6 +174,8 @@ SearchMatcher::~SearchMatcher() = default;
 
 void SearchMatcher::setRange(TextRange range, bool rangeIsText)
 {
+    if (m_state->literal)
+        return m_state->literal->setRange(range, rangeIsText);
     const qsizetype start = std::clamp<qsizetype>(range.location, 0, m_text.size());
     const qsizetype end = std::clamp<qsizetype>(range.end(), start, m_text.size());
     State &state = *m_state;
@@ -176,6 +202,8 @@ void SearchMatcher::setRange(TextRange range, bool rangeIsText)
 
 std::expected<std::optional<TextRange>, SearchError> SearchMatcher::next()
 {
+    if (m_state->literal)
+        return m_state->literal->next();
     icu::RegexMatcher &matcher = *m_state->matcher;
     UErrorCode status = U_ZERO_ERROR;
     m_state->stepsAtStart = 0;
@@ -193,6 +221,8 @@ std::expected<std::optional<TextRange>, SearchError> SearchMatcher::next()
 
 std::expected<QString, SearchError> SearchMatcher::expand(QStringView icuTemplate)
 {
+    if (m_state->literal)
+        return m_state->literal->expand(icuTemplate);
     if (!m_state->matched)
         return QString();
     icu::RegexMatcher &matcher = *m_state->matcher;

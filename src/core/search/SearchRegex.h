@@ -15,6 +15,8 @@
 
 namespace mirtex {
 
+class LiteralSearch;
+
 // A compiled search: immutable and shared, usable from any thread (each thread with its own
 // SearchMatcher).
 class SearchRegex
@@ -25,6 +27,13 @@ public:
     const SearchOptions &options() const;
     // The pattern as handed to ICU (escaped, wrapped for whole words).
     const QString &pattern() const;
+
+    // The literal a matcher finds without the regex engine (normal and extended mode, and regex
+    // patterns without a character of pattern meaning), or null.
+    const LiteralSearch *literal() const;
+    // The same expression with every match left to the regex engine: the reference the literal
+    // path is checked against.
+    SearchRegex regexEngineOnly() const;
 
 private:
     friend std::expected<SearchRegex, SearchError> makeRegex(const SearchOptions &options);
