@@ -1,8 +1,8 @@
-// The lines route converts the text to UTF-16 a slice of whole lines at a time, and only the
-// slices around lines that hold the required piece; the regex engine then searches each such
-// line as a text of its own. That is the same as searching the whole text because a pattern of
-// that shape neither matches nor looks across a line break, and what lies beyond a line's ends
-// (a line break, or the text's own end) reads the same to every construct the shape allows.
+// The lines route converts to UTF-16 only the lines that hold the required piece, a batch of
+// them into one buffer; the regex engine then searches each such line as a text of its own. That is
+// the same as searching the whole text because a pattern of that shape neither matches nor looks
+// across a line break, and what lies beyond a line's ends (a line break, or the text's own end)
+// reads the same to every construct the shape allows.
 #include "core/search/Utf8Search.h"
 
 #include "core/search/LiteralSearch.h"
@@ -13,13 +13,13 @@
 #include <QHash>
 
 #include <cstring>
+#include <vector>
 
 namespace mirtex {
 
 namespace {
 
-// Lines converted at once on the lines route: enough to make one conversion and one matcher per
-// slice cheap, little enough not to convert much text around a lone candidate line.
+// Bytes of lines converted at once on the lines route, so that one matcher serves many lines.
 constexpr qsizetype kSliceBytes = 64 * 1024;
 
 // A position in UTF-8 bytes and in the UTF-16 units of a copy of those bytes, moved forward by
@@ -77,11 +77,18 @@ struct Utf8Search::State
     Utf16Counter units;
     std::optional<Utf8Match> last;
 
-    // lines and whole text: the regex engine over a UTF-16 copy of [copyStart, copyEnd)
+    // lines and whole text: the regex engine over a UTF-16 copy of the lines, or of the text
+    struct Line
+    {
+        qsizetype byteStart = 0;
+        qsizetype byteEnd = 0;
+        qsizetype unitStart = 0; // in `copy`
+    };
+
     std::optional<LiteralSearch> required;
+    std::vector<Line> batch;
+    size_t batchAt = 0;
     QString copy;
-    qsizetype copyStart = 0;
-    qsizetype copyEnd = -1;
     std::unique_ptr<SearchMatcher> matcher;
     Cursor cursor;
     qsizetype lineEnd = -1; // lines: the end of the line being searched, -1 between lines
@@ -107,15 +114,6 @@ struct Utf8Search::State
         return match;
     }
 
-    void copyBytes(qsizetype start, qsizetype end)
-    {
-        copy = QString::fromUtf8(text.data() + start, end - start);
-        copyStart = start;
-        copyEnd = end;
-        matcher = std::make_unique<SearchMatcher>(regex, copy, timeLimitSteps);
-        cursor = {text, start, 0};
-    }
-
     std::expected<std::optional<Utf8Match>, SearchError> nextLiteral()
     {
         const LiteralSearch &literal = *regex.literal();
@@ -132,9 +130,35 @@ struct Utf8Search::State
         }
     }
 
-    std::expected<std::optional<Utf8Match>, SearchError> nextInLines()
+    // The next lines holding the required text, converted one after another into `copy`.
+    bool fillBatch()
     {
         const auto size = qsizetype(text.size());
+        batch.clear();
+        batchAt = 0;
+        matcher.reset();
+        copy.clear();
+        qsizetype from = std::max(position, skip);
+        qsizetype bytes = 0;
+        while (bytes < kSliceBytes && from < size) {
+            const auto found = required->find(text, from, size);
+            if (!found)
+                break;
+            const qsizetype start = lineStartBefore(text, found->start);
+            const qsizetype end = lineEndFrom(text, found->start);
+            batch.push_back({start, end, copy.size()});
+            copy += QString::fromUtf8(text.data() + start, end - start);
+            bytes += end - start;
+            from = end + 1;
+        }
+        if (batch.empty())
+            return false;
+        matcher = std::make_unique<SearchMatcher>(regex, copy, timeLimitSteps);
+        return true;
+    }
+
+    std::expected<std::optional<Utf8Match>, SearchError> nextInLines()
+    {
         while (true) {
             if (lineEnd >= 0) {
                 const auto match = matcher->next();
@@ -148,33 +172,39 @@ struct Utf8Search::State
                         return std::optional<Utf8Match>{finish(start, cursor.byte)};
                     continue;
                 }
-                position = lineEnd + 1;
-                lineEnd = -1;
+                leaveLine();
             }
-            const auto found = required->find(text, std::max(position, skip), size);
-            if (!found) {
-                position = size;
+            if (batchAt >= batch.size() && !fillBatch()) {
+                position = qsizetype(text.size());
                 return std::optional<Utf8Match>{};
             }
-            const qsizetype lineStart = lineStartBefore(text, found->start);
-            const qsizetype end = lineEndFrom(text, found->start);
-            if (lineStart < copyStart || end > copyEnd)
-                copyBytes(
-                    lineStart,
-                    std::max(end, lineEndFrom(text, std::min(size, lineStart + kSliceBytes))));
-            cursor.toByte(lineStart);
-            const qsizetype lineUnits
-                = utf16LengthOfUtf8(text.data() + lineStart, text.data() + end);
-            matcher->setRange({cursor.unit, lineUnits}, true);
-            lineEnd = end;
+            const Line &line = batch[batchAt];
+            if (line.byteEnd < skip) {
+                ++batchAt;
+                continue;
+            }
+            const qsizetype unitEnd
+                = batchAt + 1 < batch.size() ? batch[batchAt + 1].unitStart : copy.size();
+            cursor = {text, line.byteStart, line.unitStart};
+            matcher->setRange({line.unitStart, unitEnd - line.unitStart}, true);
+            lineEnd = line.byteEnd;
         }
+    }
+
+    void leaveLine()
+    {
+        position = lineEnd + 1;
+        lineEnd = -1;
+        ++batchAt;
     }
 
     std::expected<std::optional<Utf8Match>, SearchError> nextInWholeText()
     {
         if (!matcher) {
-            copyBytes(0, qsizetype(text.size()));
+            copy = QString::fromUtf8(text.data(), qsizetype(text.size()));
+            matcher = std::make_unique<SearchMatcher>(regex, copy, timeLimitSteps);
             matcher->setRange({0, copy.size()}, true);
+            cursor = {text, 0, 0};
         }
         while (true) {
             const auto match = matcher->next();
@@ -243,10 +273,8 @@ void Utf8Search::skipTo(qsizetype bytePosition)
     // line start: jump there.
     if (state.route == Route::literal && !state.regex.literal()->containsLineBreak())
         state.position = std::max(state.position, state.skip);
-    if (state.route == Route::lines && state.lineEnd >= 0 && state.skip > state.lineEnd) {
-        state.position = state.lineEnd + 1;
-        state.lineEnd = -1;
-    }
+    if (state.route == Route::lines && state.lineEnd >= 0 && state.skip > state.lineEnd)
+        state.leaveLine();
 }
 
 std::expected<QString, SearchError> Utf8Search::replacement()
@@ -319,7 +347,7 @@ Utf8ReplaceAllResult replaceAllUtf8(std::string_view utf8,
     Utf8Search search(*regex, utf8, false, timeLimitSteps);
 
     Utf8ReplaceAllResult result;
-    std::string &out = result.replacement;
+    LargeUtf8 &out = result.replacement;
     qsizetype spanStart = -1;
     qsizetype copied = 0;
     QByteArray fixed; // the replacement's UTF-8 when it is the same for every match
@@ -357,7 +385,7 @@ Utf8ReplaceAllResult replaceAllUtf8(std::string_view utf8,
     result.byteLength = copied - spanStart;
     result.span.location = utf16LengthOfUtf8(utf8.data(), utf8.data() + spanStart);
     result.span.length = utf16LengthOfUtf8(utf8.data() + spanStart, utf8.data() + copied);
-    result.replacementUtf16Length = utf16LengthOfUtf8(out);
+    result.replacementUtf16Length = utf16LengthOfUtf8(out.data(), out.data() + out.size());
     return result;
 }
 

@@ -3,6 +3,7 @@
 // conversion of the whole text. Any thread; the text must be valid UTF-8 and outlive the search.
 #pragma once
 
+#include "core/search/LargeBlockAllocator.h"
 #include "core/search/SearchEngine.h"
 #include "core/search/SearchRegex.h"
 
@@ -75,7 +76,7 @@ struct Utf8ReplaceAllResult
     qsizetype byteStart = 0;
     qsizetype byteLength = 0;
     TextRange span;
-    std::string replacement;
+    LargeUtf8 replacement;
     qsizetype replacementUtf16Length = 0;
 };
 

@@ -2,8 +2,6 @@
 // (11110xxx) adds the second unit of its pair. Sixteen bytes are classified at once.
 #include "core/search/Utf8Units.h"
 
-#include <bit>
-
 #if defined(__SSE2__)
 #include <emmintrin.h>
 #endif
@@ -17,19 +15,26 @@ qsizetype utf16LengthOfUtf8(const char *begin, const char *end)
 #if defined(__SSE2__)
     const __m128i continuationLimit = _mm_set1_epi8(-64); // bytes below (signed) continue
     const __m128i fourByteLimit = _mm_set1_epi8(-17);     // 0xF0.. as signed is -16..-9
+    const __m128i zero = _mm_setzero_si128();
     while (end - at >= 16) {
-        const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i *>(at));
-        const unsigned high = unsigned(_mm_movemask_epi8(bytes));
-        if (high == 0) {
-            units += 16;
-        } else {
-            const unsigned continuation
-                = unsigned(_mm_movemask_epi8(_mm_cmplt_epi8(bytes, continuationLimit)));
-            const unsigned fourByte
-                = unsigned(_mm_movemask_epi8(_mm_cmpgt_epi8(bytes, fourByteLimit))) & high;
-            units += 16 - std::popcount(continuation) + std::popcount(fourByte);
+        // Per-lane tallies of (four-byte lead mask - continuation mask), masks being -1 where set:
+        // a byte is 1 - tally units. Summed every 127 blocks, before a signed lane could overflow.
+        __m128i tally = zero;
+        int blocks = 0;
+        for (; blocks < 127 && end - at >= 16; ++blocks, at += 16) {
+            const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i *>(at));
+            const __m128i continuation = _mm_cmplt_epi8(bytes, continuationLimit);
+            const __m128i fourByte
+                = _mm_and_si128(_mm_cmpgt_epi8(bytes, fourByteLimit), _mm_cmplt_epi8(bytes, zero));
+            tally = _mm_add_epi8(tally, _mm_sub_epi8(fourByte, continuation));
         }
-        at += 16;
+        const __m128i low = _mm_srai_epi16(_mm_unpacklo_epi8(tally, tally), 8);
+        const __m128i high = _mm_srai_epi16(_mm_unpackhi_epi8(tally, tally), 8);
+        __m128i sum = _mm_add_epi16(low, high);
+        sum = _mm_madd_epi16(sum, _mm_set1_epi16(1));
+        alignas(16) int32_t parts[4];
+        _mm_store_si128(reinterpret_cast<__m128i *>(parts), sum);
+        units += qsizetype(blocks) * 16 - (parts[0] + parts[1] + parts[2] + parts[3]);
     }
 #endif
     for (; at < end; ++at) {

@@ -86,7 +86,9 @@ TEST(Utf8Search, MatchesTheUtf16CommandsOnEveryRoute)
         }
         const TextReplacement &edit = expected.batch.replacements.front();
         EXPECT_EQ(replaced.span, edit.range) << options.query.toStdString();
-        EXPECT_EQ(QString::fromStdString(replaced.replacement), edit.text);
+        EXPECT_EQ(
+            QString::fromUtf8(replaced.replacement.data(), qsizetype(replaced.replacement.size())),
+            edit.text);
         EXPECT_EQ(replaced.replacementUtf16Length, edit.text.size());
         EXPECT_EQ(utf8.substr(0, size_t(replaced.byteStart)),
                   kText.first(edit.range.location).toStdString());
