@@ -30,6 +30,15 @@ void LiteralMatcher::setRange(TextRange range, bool rangeIsText)
     m_last.reset();
 }
 
+void LiteralMatcher::setRange(TextRange range, TextRange context)
+{
+    m_contextStart = std::clamp<qsizetype>(context.location, 0, m_text.size());
+    m_contextEnd = std::clamp<qsizetype>(context.end(), m_contextStart, m_text.size());
+    m_position = std::clamp<qsizetype>(range.location, m_contextStart, m_contextEnd);
+    m_limit = std::clamp<qsizetype>(range.end(), m_position, m_contextEnd);
+    m_last.reset();
+}
+
 std::optional<TextRange> LiteralMatcher::next()
 {
     const QStringView context = m_text.sliced(m_contextStart, m_contextEnd - m_contextStart);

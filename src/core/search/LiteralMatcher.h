@@ -26,6 +26,7 @@ public:
     // As SearchMatcher::setRange: with `rangeIsText` the whole-word guards see nothing outside the
     // range; otherwise they see the whole text, and only the matches must lie inside the range.
     void setRange(TextRange range, bool rangeIsText);
+    void setRange(TextRange range, TextRange context);
     std::optional<TextRange> next();
 
     // The expansion of an ICU template for the last match. The pattern is a literal, so the

@@ -9,10 +9,14 @@
 #include <unicode/uchar.h>
 
 #include <algorithm>
+#include <vector>
 
 namespace mirtex {
 
 namespace {
+
+// Lengths past this are as good as unbounded.
+constexpr qsizetype kUnbounded = qsizetype(1) << 40;
 
 bool isQuantifier(QChar c)
 {
@@ -52,6 +56,9 @@ public:
         shape.withinOneLine = true;
         if (!m_alternation)
             shape.requiredText = m_best;
+        const Frame &top = m_frames.back();
+        const qsizetype longest = std::max(top.best, top.sum);
+        shape.maxLength = longest >= kUnbounded ? -1 : longest;
         return shape;
     }
 
@@ -73,13 +80,16 @@ private:
             const char16_t e = escaped.unicode();
             if (e < 0x80 && !escaped.isLetterOrNumber()) {
                 plainCharacter(escaped);
+                item(m_ignoreCase ? 3 : 1);
                 return true;
             }
             endRun();
+            item(e == u'b' || e == u'B' ? 0 : 1);
             return e == u'd' || e == u'w' || e == u'b' || e == u'B' || e == u't';
         }
         if (c == u'[') {
             endRun();
+            item(1); // a class matches one code point, case closure included
             return readClass();
         }
         if (c == u'(') {
@@ -91,16 +101,25 @@ private:
                 m_at += 2;
             }
             ++m_depth;
+            m_frames.emplace_back();
             return true;
         }
         if (c == u')') {
             endRun();
             ++m_at;
-            return --m_depth >= 0;
+            if (--m_depth < 0)
+                return false;
+            const Frame group = m_frames.back();
+            m_frames.pop_back();
+            item(std::max(group.best, group.sum));
+            return true;
         }
         if (c == u'|') {
             endRun();
             m_alternation = true;
+            Frame &frame = m_frames.back();
+            frame.best = std::max(frame.best, frame.sum);
+            frame.sum = frame.last = 0;
             ++m_at;
             return true;
         }
@@ -110,28 +129,66 @@ private:
                 m_run.chop(1);
             endRun();
             ++m_at;
+            qsizetype times = c == u'?' ? 1 : kUnbounded;
             if (c == u'{') {
-                while (m_at < m_pattern.size() && m_pattern[m_at] != u'}')
-                    ++m_at;
-                ++m_at;
+                const qsizetype close = m_pattern.indexOf(u'}', m_at);
+                if (close < 0)
+                    return false;
+                const QStringView bounds = m_pattern.sliced(m_at, close - m_at);
+                const QStringView upper = bounds.sliced(bounds.lastIndexOf(u',') + 1);
+                bool number = false;
+                const qsizetype count = upper.toLongLong(&number);
+                times = number && count < 100000 ? count : kUnbounded;
+                m_at = close + 1;
             }
+            repeatLast(times);
             return true;
         }
         if (c == u'.') {
             endRun();
             ++m_at;
+            item(1);
             return !m_dotAll;
         }
         if (c == u'^' || c == u'$') {
             endRun();
             ++m_at;
+            item(0);
             return true;
         }
         if (c == u'\n' || c == u'\r' || c.isSurrogate())
             return false;
         ++m_at;
         plainCharacter(c);
+        // One pattern character matches up to three when case is ignored ("ﬃ" against "ffi").
+        item(m_ignoreCase ? 3 : 1);
         return true;
+    }
+
+    // Lengths in code points of the group being read: the alternative so far, the longest
+    // alternative before it, and the last item (what a quantifier repeats).
+    struct Frame
+    {
+        qsizetype sum = 0;
+        qsizetype best = 0;
+        qsizetype last = 0;
+    };
+
+    void item(qsizetype length)
+    {
+        Frame &frame = m_frames.back();
+        frame.sum = std::min(frame.sum + length, kUnbounded);
+        frame.last = length;
+    }
+
+    void repeatLast(qsizetype times)
+    {
+        Frame &frame = m_frames.back();
+        const qsizetype repeated = frame.last == 0                    ? 0
+                                   : times >= kUnbounded / frame.last ? kUnbounded
+                                                                      : frame.last * times;
+        frame.sum = std::min(frame.sum - frame.last + repeated, kUnbounded);
+        frame.last = repeated;
     }
 
     void plainCharacter(QChar c)
@@ -197,6 +254,7 @@ private:
     bool m_alternation = false;
     QString m_run;
     QString m_best;
+    std::vector<Frame> m_frames = std::vector<Frame>(1);
 };
 
 } // namespace

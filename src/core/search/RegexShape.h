@@ -17,6 +17,8 @@ struct RegexShape
     // Text every match contains exactly as written here (characters without case, or case
     // significant); empty when none is known.
     QString requiredText;
+    // The most code points a match can span, or -1 when unbounded (or not known).
+    qsizetype maxLength = -1;
 };
 
 // For regex mode; other modes have nothing to prove (their query is a literal).

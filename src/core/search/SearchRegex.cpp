@@ -200,6 +200,27 @@ void SearchMatcher::setRange(TextRange range, bool rangeIsText)
     state.appendPosition = 0;
 }
 
+void SearchMatcher::setRange(TextRange range, TextRange context)
+{
+    if (m_state->literal)
+        return m_state->literal->setRange(range, context);
+    const qsizetype contextStart = std::clamp<qsizetype>(context.location, 0, m_text.size());
+    const qsizetype contextEnd = std::clamp<qsizetype>(context.end(), contextStart, m_text.size());
+    const qsizetype start = std::clamp<qsizetype>(range.location, contextStart, contextEnd);
+    const qsizetype end = std::clamp<qsizetype>(range.end(), start, contextEnd);
+    State &state = *m_state;
+    icu::RegexMatcher &matcher = *state.matcher;
+    UErrorCode status = U_ZERO_ERROR;
+    state.input = alias(m_text.sliced(contextStart, contextEnd - contextStart));
+    matcher.reset(state.input);
+    state.offset = contextStart;
+    matcher.region(start - contextStart, end - contextStart, status); // append position: 0
+    matcher.useTransparentBounds(true);
+    matcher.useAnchoringBounds(false);
+    state.matched = false;
+    state.appendPosition = 0;
+}
+
 std::expected<std::optional<TextRange>, SearchError> SearchMatcher::next()
 {
     if (m_state->literal)

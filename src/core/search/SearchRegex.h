@@ -68,6 +68,10 @@ public:
     // ends act as the text's ends ("^", "$", look-around and the whole-word guards see nothing
     // outside); otherwise the text around it is seen and only the matches must lie inside.
     void setRange(TextRange range, bool rangeIsText);
+    // Restarts enumeration inside `range` with `context` (which holds it) seen as the whole text:
+    // "^", "$", look-around and the whole-word guards see the context around the range, and
+    // nothing beyond it.
+    void setRange(TextRange range, TextRange context);
 
     // The next match (empty matches included; enumeration always advances), nothing at the end.
     std::expected<std::optional<TextRange>, SearchError> next();

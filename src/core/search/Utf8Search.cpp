@@ -21,6 +21,10 @@ namespace {
 
 // Bytes of lines converted at once on the lines route, so that one matcher serves many lines.
 constexpr qsizetype kSliceBytes = 64 * 1024;
+// Lines up to this many units are searched only around the required text when the pattern's
+// length is bounded; longer ones whole (the regex engine's replacement restarts from the line's
+// start at each window).
+constexpr qsizetype kWindowedLineUnits = 16 * 1024;
 
 // A position in UTF-8 bytes and in the UTF-16 units of a copy of those bytes, moved forward by
 // either.
@@ -86,7 +90,11 @@ struct Utf8Search::State
     };
 
     std::optional<LiteralSearch> required;
+    qsizetype maxLength = -1; // code points
     std::vector<Line> batch;
+    std::vector<TextRange> windows; // of the line being searched, in `copy`
+    size_t windowAt = 0;
+    TextRange lineInCopy;
     size_t batchAt = 0;
     QString copy;
     std::unique_ptr<SearchMatcher> matcher;
@@ -137,7 +145,8 @@ struct Utf8Search::State
         batch.clear();
         batchAt = 0;
         matcher.reset();
-        copy.clear();
+        copy.resize(0); // keeps the buffer: batches reuse one block
+        copy.reserve(kSliceBytes + 4096);
         qsizetype from = std::max(position, skip);
         qsizetype bytes = 0;
         while (bytes < kSliceBytes && from < size) {
@@ -172,6 +181,10 @@ struct Utf8Search::State
                         return std::optional<Utf8Match>{finish(start, cursor.byte)};
                     continue;
                 }
+                if (++windowAt < windows.size()) {
+                    matcher->setRange(windows[windowAt], lineInCopy);
+                    continue;
+                }
                 leaveLine();
             }
             if (batchAt >= batch.size() && !fillBatch()) {
@@ -186,9 +199,41 @@ struct Utf8Search::State
             const qsizetype unitEnd
                 = batchAt + 1 < batch.size() ? batch[batchAt + 1].unitStart : copy.size();
             cursor = {text, line.byteStart, line.unitStart};
-            matcher->setRange({line.unitStart, unitEnd - line.unitStart}, true);
+            lineInCopy = {line.unitStart, unitEnd - line.unitStart};
+            findWindows(line);
+            matcher->setRange(windows.front(), lineInCopy);
             lineEnd = line.byteEnd;
         }
+    }
+
+    // Where in the line a match can lie: around each occurrence of the required text, as far as
+    // the longest match reaches (two units a code point at most), or the whole line.
+    void findWindows(const Line &line)
+    {
+        windows.clear();
+        windowAt = 0;
+        if (maxLength < 0 || lineInCopy.length > kWindowedLineUnits) {
+            windows.push_back(lineInCopy);
+            return;
+        }
+        const qsizetype reach = 2 * maxLength;
+        Utf16Counter inLine(text.substr(size_t(line.byteStart)));
+        qsizetype from = line.byteStart;
+        while (const auto found = required->find(text, from, line.byteEnd)) {
+            const qsizetype start = inLine.offsetOf(found->start - line.byteStart);
+            const qsizetype end
+                = start + utf16LengthOfUtf8(text.data() + found->start, text.data() + found->end);
+            const qsizetype low = std::max<qsizetype>(0, end - reach) + lineInCopy.location;
+            const qsizetype high = std::min(lineInCopy.length, start + reach) + lineInCopy.location;
+            if (!windows.empty() && low <= windows.back().end())
+                windows.back().length
+                    = std::max(windows.back().end(), high) - windows.back().location;
+            else
+                windows.push_back({low, high - low});
+            from = found->start + 1;
+        }
+        if (windows.empty()) // not reached: the line was taken for an occurrence
+            windows.push_back(lineInCopy);
     }
 
     void leaveLine()
@@ -196,6 +241,7 @@ struct Utf8Search::State
         position = lineEnd + 1;
         lineEnd = -1;
         ++batchAt;
+        windows.clear();
     }
 
     std::expected<std::optional<Utf8Match>, SearchError> nextInWholeText()
@@ -240,6 +286,7 @@ Utf8Search::Utf8Search(const SearchRegex &regex,
         piece.query = shape.requiredText;
         piece.matchCase = true;
         state.required = LiteralSearch::forOptions(piece);
+        state.maxLength = shape.maxLength;
         if (state.required)
             state.route = Route::lines;
     }

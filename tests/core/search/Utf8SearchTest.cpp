@@ -129,22 +129,24 @@ TEST(RegexShape, ProvesOnlyWhatItUnderstands)
         bool dotAll;
         bool withinOneLine;
         const char16_t *required;
+        qsizetype maxLength;
     } cases[] = {
-        {u"(\\d{4})-(\\d{2})-(\\d{2})T", true, false, true, u"-"},
-        {u"(\\d{4})-(\\d{2})-(\\d{2})T", false, false, true, u"-"},
-        {u"ERROR.*timeout", true, false, true, u"timeout"},
-        {u"ERROR.*timeout", true, true, false, u""},
-        {u"abc?", true, false, true, u"ab"},
-        {u"a|bcd", true, false, true, u""},
-        {u"(?:xyz)+q", true, false, true, u"q"},
-        {u"[a-z]+@[\\w.-]+\\.it", true, false, true, u".it"},
-        {u"[^x]y", true, false, false, u""},
-        {u"a\\sb", true, false, false, u""},
-        {u"(?<=a)b", true, false, false, u""},
-        {u"(a)\\1", true, false, false, u""},
-        {u"a\\z", true, false, false, u""},
-        {u"[\\x00-\\x7f]", true, false, false, u""},
-        {u"\\p{L}", true, false, false, u""},
+        {u"(\\d{4})-(\\d{2})-(\\d{2})T", true, false, true, u"-", 11},
+        {u"(\\d{4})-(\\d{2})-(\\d{2})T", false, false, true, u"-", 17},
+        {u"ERROR.*timeout", true, false, true, u"timeout", -1},
+        {u"ERROR.*timeout", true, true, false, u"", -1},
+        {u"abc?", true, false, true, u"ab", 3},
+        {u"a|bcd", true, false, true, u"", 3},
+        {u"(?:xyz)+q", true, false, true, u"q", -1},
+        {u"(?:ab|c{2,5}d)?e\\b", true, false, true, u"e", 7},
+        {u"[a-z]+@[\\w.-]+\\.it", true, false, true, u".it", -1},
+        {u"[^x]y", true, false, false, u"", -1},
+        {u"a\\sb", true, false, false, u"", -1},
+        {u"(?<=a)b", true, false, false, u"", -1},
+        {u"(a)\\1", true, false, false, u"", -1},
+        {u"a\\z", true, false, false, u"", -1},
+        {u"[\\x00-\\x7f]", true, false, false, u"", -1},
+        {u"\\p{L}", true, false, false, u"", -1},
     };
 
     for (const auto &c : cases) {
