@@ -12,6 +12,17 @@ using namespace std::literals;
 
 namespace {
 
+QList<TextRange> enumerate(SearchMatcher &matcher)
+{
+    QList<TextRange> found;
+    while (true) {
+        const auto match = matcher.next();
+        if (!match || !*match)
+            return found;
+        found.append(**match);
+    }
+}
+
 QList<TextRange>
 allMatches(const SearchRegex &regex, QStringView text, TextRange range, bool isText)
 {
@@ -111,6 +122,16 @@ TEST(LiteralSearch, FindsWhatTheRegexEngineFinds)
             EXPECT_EQ(allMatches(*regex, text, inner, isText),
                       allMatches(reference, text, inner, isText))
                 << text.toStdString() << (isText ? " (range as text)" : " (range)");
+        }
+        // A range seen inside a wider context that is not the whole text.
+        if (text.size() >= 4) {
+            const TextRange context{1, text.size() - 2};
+            const TextRange inner{2, text.size() - 4};
+            SearchMatcher fast(*regex, text);
+            SearchMatcher slow(reference, text);
+            fast.setRange(inner, context);
+            slow.setRange(inner, context);
+            EXPECT_EQ(enumerate(fast), enumerate(slow)) << text.toStdString() << " (context)";
         }
         if (!text.contains(QChar(0xD800)) && !text.contains(QChar(0xDC00))) {
             EXPECT_EQ(utf8Matches(*regex->literal(), text), expected) << text.toStdString();
