@@ -2,6 +2,7 @@
 
 #include "DiffCommand.h"
 #include "MarkdownCommands.h"
+#include "SearchCommands.h"
 #include "TransformCommands.h"
 #include "core/document/CharacterSetTable.h"
 #include "core/document/Document.h"
@@ -242,6 +243,9 @@ std::optional<int> runBenchCommand(const QStringList &arguments)
         return convert(arguments.mid(1));
     // Markdown to the page.
     if (const auto status = runMarkdownCommand(arguments))
+        return status;
+    // Count and replace all.
+    if (const auto status = runSearchCommand(arguments))
         return status;
     return std::nullopt;
 }

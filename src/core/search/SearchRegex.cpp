@@ -5,6 +5,7 @@
 // it, and the match callback, called once per ICU time step, spends it.
 #include "core/search/SearchRegex.h"
 
+#include "core/search/LiteralMatcher.h"
 #include "core/search/SearchEscapes.h"
 #include "core/search/SearchStop.h"
 
@@ -21,6 +22,7 @@ struct SearchRegex::Compiled
     SearchOptions options;
     QString pattern;
     std::unique_ptr<icu::RegexPattern> regex;
+    std::optional<LiteralSearch> literal; // the query found without the regex engine
 };
 
 namespace {
@@ -62,6 +64,22 @@ const QString &SearchRegex::pattern() const
     return m_compiled->pattern;
 }
 
+const LiteralSearch *SearchRegex::literal() const
+{
+    return m_compiled->literal ? &*m_compiled->literal : nullptr;
+}
+
+SearchRegex SearchRegex::regexEngineOnly() const
+{
+    SearchRegex copy;
+    copy.m_compiled = std::make_shared<const Compiled>(
+        Compiled{m_compiled->options,
+                 m_compiled->pattern,
+                 std::unique_ptr<icu::RegexPattern>(m_compiled->regex->clone()),
+                 std::nullopt});
+    return copy;
+}
+
 std::expected<SearchRegex, SearchError> makeRegex(const SearchOptions &options)
 {
     if (options.query.isEmpty())
@@ -96,8 +114,8 @@ std::expected<SearchRegex, SearchError> makeRegex(const SearchOptions &options)
         return std::unexpected(SearchError::invalid(options.query, errorName(status)));
     }
     SearchRegex result;
-    result.m_compiled = std::make_shared<const SearchRegex::Compiled>(
-        SearchRegex::Compiled{options, pattern, std::move(regex)});
+    result.m_compiled = std::make_shared<const SearchRegex::Compiled>(SearchRegex::Compiled{
+        options, pattern, std::move(regex), LiteralSearch::forOptions(options)});
     return result;
 }
 
@@ -115,6 +133,7 @@ struct SearchMatcher::State
     const std::atomic<bool> *stop = SearchStopScope::current(); // set from another thread
 
     bool stopped() const { return stop && stop->load(std::memory_order_relaxed); }
+    std::unique_ptr<LiteralMatcher> literal; // set: the regex engine is not used for matching
 };
 
 namespace {
@@ -144,6 +163,11 @@ SearchMatcher::SearchMatcher(const SearchRegex &regex, QStringView text, int tim
     , m_text(text)
 {
     m_state->compiled = regex.m_compiled;
+    if (const auto &literal = m_state->compiled->literal) {
+        m_state->literal
+            = std::make_unique<LiteralMatcher>(*literal, *m_state->compiled->regex, text);
+        return;
+    }
     m_state->input = alias(text);
     UErrorCode status = U_ZERO_ERROR;
     m_state->matcher.reset(m_state->compiled->regex->matcher(m_state->input, status));
@@ -156,6 +180,8 @@ SearchMatcher::~SearchMatcher() = default;
 
 void SearchMatcher::setRange(TextRange range, bool rangeIsText)
 {
+    if (m_state->literal)
+        return m_state->literal->setRange(range, rangeIsText);
     const qsizetype start = std::clamp<qsizetype>(range.location, 0, m_text.size());
     const qsizetype end = std::clamp<qsizetype>(range.end(), start, m_text.size());
     State &state = *m_state;
@@ -180,8 +206,35 @@ void SearchMatcher::setRange(TextRange range, bool rangeIsText)
     state.appendPosition = 0;
 }
 
+void SearchMatcher::setRange(TextRange range, TextRange context)
+{
+    if (m_state->literal)
+        return m_state->literal->setRange(range, context);
+    const qsizetype contextStart = std::clamp<qsizetype>(context.location, 0, m_text.size());
+    const qsizetype contextEnd = std::clamp<qsizetype>(context.end(), contextStart, m_text.size());
+    const qsizetype start = std::clamp<qsizetype>(range.location, contextStart, contextEnd);
+    const qsizetype end = std::clamp<qsizetype>(range.end(), start, contextEnd);
+    State &state = *m_state;
+    icu::RegexMatcher &matcher = *state.matcher;
+    UErrorCode status = U_ZERO_ERROR;
+    state.input = alias(m_text.sliced(contextStart, contextEnd - contextStart));
+    matcher.reset(state.input);
+    state.offset = contextStart;
+    matcher.region(start - contextStart, end - contextStart, status); // append position: 0
+    matcher.useTransparentBounds(true);
+    matcher.useAnchoringBounds(false);
+    state.matched = false;
+    state.appendPosition = 0;
+}
+
 std::expected<std::optional<TextRange>, SearchError> SearchMatcher::next()
 {
+    if (m_state->literal) {
+        // A literal scan has no progress callback: the stop flag is read between matches.
+        if (m_state->stopped())
+            return std::unexpected(SearchError{SearchError::Kind::cancelled, {}, {}});
+        return m_state->literal->next();
+    }
     icu::RegexMatcher &matcher = *m_state->matcher;
     UErrorCode status = U_ZERO_ERROR;
     m_state->stepsAtStart = 0;
@@ -203,6 +256,8 @@ std::expected<std::optional<TextRange>, SearchError> SearchMatcher::next()
 
 std::expected<QString, SearchError> SearchMatcher::expand(QStringView icuTemplate)
 {
+    if (m_state->literal)
+        return m_state->literal->expand(icuTemplate);
     if (!m_state->matched)
         return QString();
     icu::RegexMatcher &matcher = *m_state->matcher;

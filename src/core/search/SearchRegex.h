@@ -15,6 +15,8 @@
 
 namespace mirtex {
 
+class LiteralSearch;
+
 // A compiled search: immutable and shared, usable from any thread (each thread with its own
 // SearchMatcher).
 class SearchRegex
@@ -25,6 +27,13 @@ public:
     const SearchOptions &options() const;
     // The pattern as handed to ICU (escaped, wrapped for whole words).
     const QString &pattern() const;
+
+    // The literal a matcher finds without the regex engine (normal and extended mode, and regex
+    // patterns without a character of pattern meaning), or null.
+    const LiteralSearch *literal() const;
+    // The same expression with every match left to the regex engine: the reference the literal
+    // path is checked against.
+    SearchRegex regexEngineOnly() const;
 
 private:
     friend std::expected<SearchRegex, SearchError> makeRegex(const SearchOptions &options);
@@ -59,6 +68,10 @@ public:
     // ends act as the text's ends ("^", "$", look-around and the whole-word guards see nothing
     // outside); otherwise the text around it is seen and only the matches must lie inside.
     void setRange(TextRange range, bool rangeIsText);
+    // Restarts enumeration inside `range` with `context` (which holds it) seen as the whole text:
+    // "^", "$", look-around and the whole-word guards see the context around the range, and
+    // nothing beyond it.
+    void setRange(TextRange range, TextRange context);
 
     // The next match (empty matches included; enumeration always advances), nothing at the end.
     std::expected<std::optional<TextRange>, SearchError> next();
