@@ -90,6 +90,55 @@ TEST_F(EditorFoldingTest, FoldingHidesLinesInBothPanesAndNeverChangesTheText)
     EXPECT_EQ(editor.utf8Text(), kNested.toUtf8());
 }
 
+// Thousands of blocks fold and unfold at once (the panes take their cheaper ways there): every
+// line shown or hidden as the folds say in both panes, the selection, the line at the top and the
+// undo history kept, the text unchanged.
+TEST_F(EditorFoldingTest, FoldingThousandsOfBlocksKeepsThePanesExact)
+{
+    QString text;
+    for (int i = 0; i < 4000; ++i)
+        text += u"func f%1() {\n    if a {\n        b()\n    }\n}\n"_s.arg(i);
+    text += u"x\n"_s;
+    // Each function's lines shown, by whether its outer block is folded.
+    auto shown = [](auto outerFolded) {
+        std::string out;
+        for (int i = 0; i < 4000; ++i)
+            out += outerFolded(i) ? "10000" : "11001";
+        return out + "11";
+    };
+    load(text, "swift");
+    EditorPane *pane = editor.primaryPane();
+    pane->SendScintilla(Sci::SCI_INSERTTEXT, 0UL, "// ");
+    pane->SendScintilla(Sci::SCI_DELETERANGE, 0UL, 3L);
+    editor.setSplit(Qt::Vertical);
+    const qsizetype caret = text.indexOf(u"func f2000");
+    editor.setSelection({caret, 4});
+
+    EXPECT_TRUE(editor.folding().foldAll());
+    const std::string allFolded = shown([](int) { return true; });
+    EXPECT_EQ(shownLines(pane), allFolded);
+    // Every seventh opened one by one, then all of them folded again at once: the lines between
+    // them stand as they should (headers shown, other blocks still hidden).
+    for (int i = 0; i < 4000; i += 7)
+        EXPECT_TRUE(editor.folding().unfold(i * 5));
+    EXPECT_EQ(shownLines(pane), shown([](int i) { return i % 7 != 0; }));
+    EXPECT_TRUE(editor.folding().foldLevel(1));
+    EXPECT_EQ(shownLines(pane), allFolded);
+    EXPECT_EQ(shownLines(editor.secondaryPane()), allFolded);
+
+    pane->SendScintilla(Sci::SCI_SETFIRSTVISIBLELINE,
+                        pane->SendScintilla(Sci::SCI_VISIBLEFROMDOCLINE, 9000L));
+    EXPECT_TRUE(editor.folding().unfoldAll());
+    const std::string everyLine(allFolded.size(), '1');
+    EXPECT_EQ(shownLines(pane), everyLine);
+    EXPECT_EQ(shownLines(editor.secondaryPane()), everyLine);
+    EXPECT_EQ(pane->SendScintilla(Sci::SCI_GETFIRSTVISIBLELINE), 9000);
+    EXPECT_EQ(editor.selections().main(), Selection(caret, caret + 4));
+    EXPECT_EQ(editor.text(), text);
+    pane->undo();
+    EXPECT_EQ(editor.text(), u"// "_s + text);
+}
+
 TEST_F(EditorFoldingTest, RevealOpensTheFoldsAroundATarget)
 {
     load(kNested, "swift");
