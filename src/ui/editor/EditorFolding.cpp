@@ -283,6 +283,8 @@ void EditorFolding::install(quint64 generation, std::vector<FoldRegion> regions)
         syncPanes();
         moveCaretsOutOfHiddenText();
     }
+    if (auto then = std::exchange(m_afterRestore, {}))
+        then();
     repaint();
     Q_EMIT foldsChanged();
 }
@@ -516,18 +518,24 @@ std::vector<qint64> EditorFolding::foldedLines() const
     return m_state.foldedLines(*m_lines);
 }
 
-void EditorFolding::restoreFoldedLines(std::vector<qint64> lines)
+void EditorFolding::restoreFoldedLines(std::vector<qint64> lines, std::function<void()> then)
 {
-    if (lines.empty())
-        return;
-    if (isDetectionPending() || m_style == FoldStyle::none) {
+    if (!lines.empty() && isDetectionPending() && m_style != FoldStyle::none) {
         m_restore = std::move(lines);
+        m_afterRestore = std::move(then);
         return;
     }
-    bool hiddenChanged = false;
-    for (qint64 line : lines)
-        hiddenChanged = m_state.fold(line, *m_lines) || hiddenChanged;
-    changed(hiddenChanged);
+    if (m_style == FoldStyle::none) {
+        if (!lines.empty())
+            m_restore = std::move(lines);
+    } else {
+        bool hiddenChanged = false;
+        for (qint64 line : lines)
+            hiddenChanged = m_state.fold(line, *m_lines) || hiddenChanged;
+        changed(hiddenChanged);
+    }
+    if (then)
+        then();
 }
 
 } // namespace mirtex

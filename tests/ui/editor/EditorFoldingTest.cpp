@@ -314,3 +314,59 @@ TEST(FoldSession, FoldsComeBackAfterARestart)
     EXPECT_EQ(folding.foldedLines(), std::vector<qint64>({0, 4}));
     EXPECT_EQ(shownLines(window.documents().front()->editor()->primaryPane()), "1011101");
 }
+
+// A tab comes back showing the same line at the top, folds above it included: the scroll position
+// is kept in lines as shown, so it is applied once the folds are back.
+TEST(FoldSession, TheLineAtTheTopComesBackWithTheFolds)
+{
+    QTemporaryDir dir;
+    const QString file = dir.filePath(u"a.py"_s);
+    {
+        QFile out(file);
+        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
+        for (int i = 0; i < 30000; ++i)
+            out.write(QByteArray("def f") + QByteArray::number(i) + "():\n    a = 1\n    b = 2\n");
+    }
+    const QString state = dir.filePath(u"state"_s);
+    Preferences prefs{dir.filePath(u"prefs.conf"_s)};
+    ScriptedQuestions questions;
+    auto topLine = [](EditorView *editor) {
+        EditorPane *pane = editor->primaryPane();
+        return pane->SendScintilla(Sci::SCI_DOCLINEFROMVISIBLE,
+                                   pane->SendScintilla(Sci::SCI_GETFIRSTVISIBLELINE));
+    };
+    for (const long top : {450L, 3L}) {
+        {
+            MainWindow window(prefs);
+            window.resize(800, 600);
+            window.show();
+            DocumentFlows flows(window, questions);
+            WindowSession session(prefs, state);
+            EditorView *editor = flows.openPath(file)->editor();
+            editor->folding().detectNow();
+            for (int block = 0; block < 100; ++block)
+                editor->folding().fold(block * 3);
+            EditorPane *pane = editor->primaryPane();
+            pane->SendScintilla(Sci::SCI_SETFIRSTVISIBLELINE,
+                                pane->SendScintilla(Sci::SCI_VISIBLEFROMDOCLINE, top));
+            editor->setSelection({editor->text().indexOf(u"def f%1("_s.arg(top / 3)), 0});
+            pane->SendScintilla(Sci::SCI_SETFIRSTVISIBLELINE,
+                                pane->SendScintilla(Sci::SCI_VISIBLEFROMDOCLINE, top));
+            ASSERT_EQ(topLine(editor), top);
+            session.write(window);
+        }
+        // As at start-up: the tabs come back before the window is shown.
+        MainWindow window(prefs);
+        window.resize(800, 600);
+        DocumentFlows flows(window, questions);
+        WindowSession session(prefs, state);
+        ASSERT_TRUE(session.restore(flows));
+        window.show();
+        EditorView *editor = window.documents().front()->editor();
+        while (editor->folding().isDetectionPending())
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+        QCoreApplication::processEvents();
+        EXPECT_EQ(editor->folding().foldedLines().size(), 100u);
+        EXPECT_EQ(topLine(editor), top);
+    }
+}
