@@ -7,6 +7,7 @@
 #include <unicode/ucol.h>
 
 #include <algorithm>
+#include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstring>
@@ -126,6 +127,88 @@ std::vector<QStringView> sortLiterally(std::span<const QStringView> lines, bool 
     else
         sortInTwo(entries, less);
     std::vector<QStringView> result;
+    result.reserve(entries.size());
+    for (const Entry &entry : entries)
+        result.push_back(entry.line);
+    return result;
+}
+
+namespace {
+
+// UTF-8 bytes in the order of the UTF-16 units they encode. Byte order is code point order, and
+// UTF-16 differs from that in one place: U+E000–U+FFFF (lead bytes EE and EF) come after the
+// characters beyond U+FFFF (lead bytes F0–F4), whose surrogates are D800–DFFF. Those two lead
+// bytes move above F4 (valid UTF-8 holds no byte above F4); no other byte moves.
+constexpr std::uint8_t utf16Rank(std::uint8_t byte)
+{
+    return byte == 0xEE || byte == 0xEF ? std::uint8_t(byte + 0x10) : byte;
+}
+
+// Eight bytes from `from` ranked, most significant first, zero past the end.
+std::uint64_t rankedPrefix(std::string_view line, std::size_t from)
+{
+    if (line.size() >= from + 8) {
+        std::uint64_t word;
+        std::memcpy(&word, line.data() + from, 8);
+        // ASCII only (the common case): no byte to rank, the bytes read as one number.
+        if ((word & 0x8080808080808080ull) == 0)
+            return std::endian::native == std::endian::little ? std::byteswap(word) : word;
+    }
+    std::uint64_t key = 0;
+    for (std::size_t i = from; i < from + 8; ++i)
+        key = (key << 8) | (i < line.size() ? utf16Rank(std::uint8_t(line[i])) : 0u);
+    return key;
+}
+
+int compareUtf8AsUtf16(std::string_view a, std::string_view b)
+{
+    const std::size_t common = std::min(a.size(), b.size());
+    std::size_t i = 0;
+    for (; i + 8 <= common; i += 8) {
+        std::uint64_t wa;
+        std::uint64_t wb;
+        std::memcpy(&wa, a.data() + i, 8);
+        std::memcpy(&wb, b.data() + i, 8);
+        if (wa != wb)
+            break;
+    }
+    for (; i < common; ++i) {
+        const auto ca = utf16Rank(std::uint8_t(a[i]));
+        const auto cb = utf16Rank(std::uint8_t(b[i]));
+        if (ca != cb)
+            return ca < cb ? -1 : 1;
+    }
+    return a.size() < b.size() ? -1 : a.size() > b.size() ? 1 : 0;
+}
+
+} // namespace
+
+std::vector<std::string_view> sortUtf8Literally(std::span<const std::string_view> lines,
+                                                bool descending)
+{
+    struct Entry
+    {
+        std::uint64_t head;
+        std::string_view line;
+    };
+
+    std::vector<Entry> entries;
+    entries.reserve(lines.size());
+    for (const std::string_view line : lines)
+        entries.push_back({rankedPrefix(line, 0), line});
+    auto less = [](const Entry &a, const Entry &b) {
+        if (a.head != b.head)
+            return a.head < b.head;
+        return a.line.size() > 8 && b.line.size() > 8
+                   ? compareUtf8AsUtf16(a.line.substr(8), b.line.substr(8)) < 0
+                   : a.line.size() < b.line.size();
+    };
+    // Equal lines are the same text, so neither direction needs a stable sort.
+    if (descending)
+        sortInTwo(entries, [&](const Entry &a, const Entry &b) { return less(b, a); });
+    else
+        sortInTwo(entries, less);
+    std::vector<std::string_view> result;
     result.reserve(entries.size());
     for (const Entry &entry : entries)
         result.push_back(entry.line);

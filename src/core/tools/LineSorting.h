@@ -7,6 +7,7 @@
 
 #include <optional>
 #include <span>
+#include <string_view>
 #include <vector>
 
 namespace mirtex {
@@ -15,6 +16,10 @@ namespace mirtex {
 int compareUtf16(QStringView a, QStringView b);
 
 std::vector<QStringView> sortLiterally(std::span<const QStringView> lines, bool descending);
+// The same order over lines of valid UTF-8, sorted as they are (no conversion to UTF-16): what
+// sortLiterally gives for the same text.
+std::vector<std::string_view> sortUtf8Literally(std::span<const std::string_view> lines,
+                                                bool descending);
 // The locale's collation with case ignored; equal lines keep their order in both directions.
 std::vector<QStringView>
 sortIgnoringCase(std::span<const QStringView> lines, const QLocale &locale, bool descending);
