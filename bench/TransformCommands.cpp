@@ -42,9 +42,11 @@ int transformLines(const QString &path,
     return 0;
 }
 
-// The literal sort straight over the file's UTF-8 text (the same order as the UTF-16 path: lines
-// split at LF, a final line break kept at the end).
-int sortUtf8Lines(const QString &path, bool descending)
+// The sort straight over the file's UTF-8 text (the same order as the UTF-16 path: lines split at
+// LF, a final line break kept at the end).
+int sortUtf8Lines(const QString &path,
+                  bool descending,
+                  std::optional<QLocale> ignoringCaseIn = std::nullopt)
 {
     const auto loaded = Document::read(path, std::nullopt, LineEnding::lf);
     if (!loaded) {
@@ -64,7 +66,8 @@ int sortUtf8Lines(const QString &path, bool descending)
             break;
         start = lf + 1;
     }
-    lines = sortUtf8Literally(lines, descending);
+    lines = ignoringCaseIn ? sortUtf8IgnoringCase(lines, *ignoringCaseIn, descending)
+                           : sortUtf8Literally(lines, descending);
     std::string out;
     out.reserve(text.size() + 1);
     for (std::size_t i = 0; i < lines.size(); ++i) {
@@ -105,8 +108,9 @@ int sortLines(QStringList arguments)
                        : (descending ? sortDescending : sortAscending);
     if (unique)
         return transformLines(arguments[0], {sort, removeConsecutiveDuplicates}, options);
-    if (!ignoringCase && !utf16)
-        return sortUtf8Lines(arguments[0], descending);
+    if (!utf16)
+        return sortUtf8Lines(
+            arguments[0], descending, ignoringCase ? std::optional(options.locale) : std::nullopt);
     return transformLines(arguments[0], {sort}, options);
 }
 

@@ -5,6 +5,7 @@
 #include <QtConcurrent>
 
 #include <unicode/ucol.h>
+#include <unicode/uiter.h>
 
 #include <algorithm>
 #include <bit>
@@ -217,39 +218,66 @@ std::vector<std::string_view> sortUtf8Literally(std::span<const std::string_view
 
 namespace {
 
-// The collation keys of lines [from, to), one after the other in `keys`, and where each ends.
+// One line's collation key appended to `keys`.
+void appendKey(UCollator *collator, QStringView line, std::vector<std::uint8_t> &keys)
+{
+    const auto *units = reinterpret_cast<const UChar *>(line.utf16());
+    const auto length = int32_t(line.size());
+    const std::size_t start = keys.size();
+    keys.resize(start + 64);
+    int32_t size = ucol_getSortKey(collator, units, length, keys.data() + start, 64);
+    if (size > 64) {
+        keys.resize(start + std::size_t(size));
+        size = ucol_getSortKey(collator, units, length, keys.data() + start, size);
+    }
+    keys.resize(start + std::size_t(size));
+}
+
+// The same key read straight from UTF-8, in parts (the parts joined compare as the whole key).
+void appendKey(UCollator *collator, std::string_view line, std::vector<std::uint8_t> &keys)
+{
+    UCharIterator text;
+    uiter_setUTF8(&text, line.data(), int32_t(line.size()));
+    std::uint32_t state[2] = {0, 0};
+    std::size_t start = keys.size();
+    for (int32_t room = 64;; room *= 2) {
+        keys.resize(start + std::size_t(room));
+        UErrorCode status = U_ZERO_ERROR;
+        const int32_t written
+            = ucol_nextSortKeyPart(collator, &text, state, keys.data() + start, room, &status);
+        start += std::size_t(std::max(0, written));
+        if (U_FAILURE(status) || written < room)
+            break;
+    }
+    keys.resize(start);
+}
+
+// The collation keys of `lines`, one after the other in `keys`, and where each ends.
+template<typename Line>
 void collationKeys(UCollator *collator,
-                   std::span<const QStringView> lines,
+                   std::span<const Line> lines,
                    std::vector<std::uint8_t> &keys,
                    std::vector<std::uint32_t> &ends)
 {
     keys.reserve(lines.size() * 24);
     ends.reserve(lines.size());
-    for (const QStringView line : lines) {
-        const auto *units = reinterpret_cast<const UChar *>(line.utf16());
-        const auto length = int32_t(line.size());
-        const std::size_t start = keys.size();
-        keys.resize(start + 64);
-        int32_t size = ucol_getSortKey(collator, units, length, keys.data() + start, 64);
-        if (size > 64) {
-            keys.resize(start + std::size_t(size));
-            size = ucol_getSortKey(collator, units, length, keys.data() + start, size);
-        }
-        keys.resize(start + std::size_t(size));
+    for (const Line line : lines) {
+        appendKey(collator, line, keys);
         ends.push_back(std::uint32_t(keys.size()));
     }
 }
 
-} // namespace
-
-std::vector<QStringView>
-sortIgnoringCase(std::span<const QStringView> lines, const QLocale &locale, bool descending)
+// The lines' positions in the locale's collation with case ignored (ties in input order), or
+// nothing when the locale has no collator.
+template<typename Line>
+std::optional<std::vector<std::uint32_t>>
+orderIgnoringCase(std::span<const Line> lines, const QLocale &locale, bool descending)
 {
     UErrorCode status = U_ZERO_ERROR;
     const QByteArray localeId = locale.name().toLatin1();
     UCollator *collator = ucol_open(localeId.constData(), &status);
     if (U_FAILURE(status) || !collator)
-        return sortLiterally(lines, descending);
+        return std::nullopt;
     // Secondary strength: letters and accents count, case does not.
     ucol_setStrength(collator, UCOL_SECONDARY);
 
@@ -316,10 +344,33 @@ sortIgnoringCase(std::span<const QStringView> lines, const QLocale &locale, bool
             return descending ? order > 0 : order < 0;
         return a.index < b.index;
     });
-    std::vector<QStringView> result;
-    result.reserve(entries.size());
+    std::vector<std::uint32_t> order;
+    order.reserve(entries.size());
     for (const Entry &entry : entries)
-        result.push_back(lines[entry.index]);
+        order.push_back(entry.index);
+    return order;
+}
+
+} // namespace
+
+std::vector<QStringView>
+sortIgnoringCase(std::span<const QStringView> lines, const QLocale &locale, bool descending)
+{
+    const auto order = orderIgnoringCase(lines, locale, descending);
+    return order ? inOrder(lines, *order) : sortLiterally(lines, descending);
+}
+
+std::vector<std::string_view> sortUtf8IgnoringCase(std::span<const std::string_view> lines,
+                                                   const QLocale &locale,
+                                                   bool descending)
+{
+    const auto order = orderIgnoringCase(lines, locale, descending);
+    if (!order)
+        return sortUtf8Literally(lines, descending);
+    std::vector<std::string_view> result;
+    result.reserve(order->size());
+    for (const std::uint32_t index : *order)
+        result.push_back(lines[index]);
     return result;
 }
 

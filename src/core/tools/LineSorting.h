@@ -23,6 +23,10 @@ std::vector<std::string_view> sortUtf8Literally(std::span<const std::string_view
 // The locale's collation with case ignored; equal lines keep their order in both directions.
 std::vector<QStringView>
 sortIgnoringCase(std::span<const QStringView> lines, const QLocale &locale, bool descending);
+// The same order over lines of valid UTF-8, without converting them.
+std::vector<std::string_view> sortUtf8IgnoringCase(std::span<const std::string_view> lines,
+                                                   const QLocale &locale,
+                                                   bool descending);
 // Numeric lines by value (stable), then the other lines in their input order.
 std::vector<QStringView> sortNumerically(std::span<const QStringView> lines, bool descending);
 // Ascending by characters (grapheme clusters), stable.
