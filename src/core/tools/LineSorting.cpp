@@ -33,24 +33,34 @@ std::uint64_t prefixKey(QStringView line, qsizetype from)
 constexpr std::size_t kParallelSortFrom = 1 << 15;
 
 // `items` sorted by `less`, a strict weak order under which equivalent items are interchangeable
-// (a total order, or one whose ties cannot be told apart in the result): each half on its own
-// thread, then one merge.
-template<typename T, typename Less>
-void sortInTwo(std::vector<T> &items, Less less)
+// (a total order, or one whose ties cannot be told apart in the result), each passed through
+// `project` into the result: each half sorted on its own thread, then merged straight into the
+// result (no second copy of the items). `items` is left in an unspecified order.
+template<typename T, typename Less, typename Project>
+auto sortInTwo(std::vector<T> &items, Less less, Project project)
 {
+    std::vector<decltype(project(items.front()))> result;
+    result.reserve(items.size());
     if (items.size() < kParallelSortFrom || QThreadPool::globalInstance()->maxThreadCount() < 2) {
         std::sort(items.begin(), items.end(), less);
-        return;
+        for (const T &item : items)
+            result.push_back(project(item));
+        return result;
     }
     const auto middle = items.begin() + std::ptrdiff_t(items.size() / 2);
     QFuture<void> first
         = QtConcurrent::run([&items, middle, less] { std::sort(items.begin(), middle, less); });
     std::sort(middle, items.end(), less);
     first.waitForFinished();
-    std::vector<T> merged;
-    merged.reserve(items.size());
-    std::merge(items.begin(), middle, middle, items.end(), std::back_inserter(merged), less);
-    items = std::move(merged);
+    auto a = items.begin();
+    auto b = middle;
+    while (a != middle && b != items.end())
+        result.push_back(project(less(*b, *a) ? *b++ : *a++));
+    for (; a != middle; ++a)
+        result.push_back(project(*a));
+    for (; b != items.end(); ++b)
+        result.push_back(project(*b));
+    return result;
 }
 
 // The first eight bytes of a collation key, most significant first.
@@ -123,15 +133,11 @@ std::vector<QStringView> sortLiterally(std::span<const QStringView> lines, bool 
             return a.next < b.next;
         return compareUtf16(a.line, b.line) < 0;
     };
+    auto line = [](const Entry &entry) { return entry.line; };
     if (descending)
-        sortInTwo(entries, [&](const Entry &a, const Entry &b) { return less(b, a); });
-    else
-        sortInTwo(entries, less);
-    std::vector<QStringView> result;
-    result.reserve(entries.size());
-    for (const Entry &entry : entries)
-        result.push_back(entry.line);
-    return result;
+        return sortInTwo(
+            entries, [&](const Entry &a, const Entry &b) { return less(b, a); }, line);
+    return sortInTwo(entries, less, line);
 }
 
 namespace {
@@ -205,15 +211,11 @@ std::vector<std::string_view> sortUtf8Literally(std::span<const std::string_view
                    : a.line.size() < b.line.size();
     };
     // Equal lines are the same text, so neither direction needs a stable sort.
+    auto line = [](const Entry &entry) { return entry.line; };
     if (descending)
-        sortInTwo(entries, [&](const Entry &a, const Entry &b) { return less(b, a); });
-    else
-        sortInTwo(entries, less);
-    std::vector<std::string_view> result;
-    result.reserve(entries.size());
-    for (const Entry &entry : entries)
-        result.push_back(entry.line);
-    return result;
+        return sortInTwo(
+            entries, [&](const Entry &a, const Entry &b) { return less(b, a); }, line);
+    return sortInTwo(entries, less, line);
 }
 
 namespace {
@@ -338,17 +340,15 @@ orderIgnoringCase(std::span<const Line> lines, const QLocale &locale, bool desce
     };
     // Ties broken by input position: a stable order in both directions, and a total order, so
     // sorting in two halves gives the same result.
-    sortInTwo(entries, [&](const Entry &a, const Entry &b) {
-        const int order = compareKeys(a, b);
-        if (order != 0)
-            return descending ? order > 0 : order < 0;
-        return a.index < b.index;
-    });
-    std::vector<std::uint32_t> order;
-    order.reserve(entries.size());
-    for (const Entry &entry : entries)
-        order.push_back(entry.index);
-    return order;
+    return sortInTwo(
+        entries,
+        [&](const Entry &a, const Entry &b) {
+            const int order = compareKeys(a, b);
+            if (order != 0)
+                return descending ? order > 0 : order < 0;
+            return a.index < b.index;
+        },
+        [](const Entry &entry) { return entry.index; });
 }
 
 } // namespace
