@@ -1,6 +1,7 @@
 #include "TransformCommands.h"
 
 #include "core/document/Document.h"
+#include "core/tools/LineSorting.h"
 #include "core/tools/TextDigest.h"
 #include "core/tools/TransformBatch.h"
 
@@ -41,11 +42,52 @@ int transformLines(const QString &path,
     return 0;
 }
 
+// The sort straight over the file's UTF-8 text (the same order as the UTF-16 path: lines split at
+// LF, a final line break kept at the end).
+int sortUtf8Lines(const QString &path,
+                  bool descending,
+                  std::optional<QLocale> ignoringCaseIn = std::nullopt)
+{
+    const auto loaded = Document::read(path, std::nullopt, LineEnding::lf);
+    if (!loaded) {
+        std::fprintf(stderr, "%s\n", qPrintable(loaded.error().description()));
+        return 1;
+    }
+    std::string_view text(loaded->utf8.constData(), std::size_t(loaded->utf8.size()));
+    const bool finalBreak = !text.empty() && text.back() == '\n';
+    if (finalBreak)
+        text.remove_suffix(1);
+    std::vector<std::string_view> lines;
+    lines.reserve(std::size_t(std::count(text.begin(), text.end(), '\n')) + 1);
+    for (std::size_t start = 0;;) {
+        const std::size_t lf = text.find('\n', start);
+        lines.push_back(text.substr(start, lf == std::string_view::npos ? lf : lf - start));
+        if (lf == std::string_view::npos)
+            break;
+        start = lf + 1;
+    }
+    lines = ignoringCaseIn ? sortUtf8IgnoringCase(lines, *ignoringCaseIn, descending)
+                           : sortUtf8Literally(lines, descending);
+    std::string out;
+    out.reserve(text.size() + 1);
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        if (i > 0)
+            out += '\n';
+        out += lines[i];
+    }
+    if (finalBreak)
+        out += '\n';
+    std::fwrite(out.data(), 1, out.size(), stdout);
+    return 0;
+}
+
 int sortLines(QStringList arguments)
 {
     LineOperationOptions options;
     const bool descending = arguments.removeAll(QStringLiteral("--descending")) > 0;
     const bool unique = arguments.removeAll(QStringLiteral("--unique")) > 0;
+    // The editor's own path: the text as UTF-16, the sort as an edit batch.
+    const bool utf16 = arguments.removeAll(QStringLiteral("--utf16")) > 0;
     bool ignoringCase = arguments.removeAll(QStringLiteral("--ignore-case")) > 0;
     arguments.removeAll(QStringLiteral("--bytewise"));
     if (const qsizetype at = arguments.indexOf(QStringLiteral("--locale")); at >= 0) {
@@ -57,7 +99,7 @@ int sortLines(QStringList arguments)
     if (arguments.size() != 1) {
         std::fprintf(stderr,
                      "usage: sort-lines [--bytewise|--ignore-case|--locale NAME] "
-                     "[--descending] [--unique] FILE\n");
+                     "[--descending] [--unique] [--utf16] FILE\n");
         return 2;
     }
     using enum LineOperation;
@@ -66,6 +108,9 @@ int sortLines(QStringList arguments)
                        : (descending ? sortDescending : sortAscending);
     if (unique)
         return transformLines(arguments[0], {sort, removeConsecutiveDuplicates}, options);
+    if (!utf16)
+        return sortUtf8Lines(
+            arguments[0], descending, ignoringCase ? std::optional(options.locale) : std::nullopt);
     return transformLines(arguments[0], {sort}, options);
 }
 

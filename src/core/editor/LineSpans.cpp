@@ -84,10 +84,49 @@ LineSpans shiftSpans(const LineSpans &spans, const LineEdit &edit)
     return out;
 }
 
+namespace {
+
+// `spans` with neighbours joined wherever `joinable(gap)` allows (the gap's lines are left as they
+// are by showing or hiding them again), so that a view takes one call per joined run.
+template<typename Joinable>
+LineSpans joined(const LineSpans &spans, Joinable joinable)
+{
+    LineSpans out;
+    out.reserve(spans.size());
+    for (const LineSpan &span : spans) {
+        if (!out.empty() && joinable(LineSpan{out.back().last + 1, span.first - 1}))
+            out.back().last = span.last;
+        else
+            out.push_back(span);
+    }
+    return out;
+}
+
+} // namespace
+
 SpanChanges spanChanges(const LineSpans &before, const LineSpans &after, const LineSpans &touched)
 {
-    return {uniteSpans(subtractSpans(before, after), touched),
-            uniteSpans(subtractSpans(after, before), intersectSpans(after, touched))};
+    const LineSpans show = uniteSpans(subtractSpans(before, after), touched);
+    const LineSpans hide = uniteSpans(subtractSpans(after, before), intersectSpans(after, touched));
+    // Lines between two spans to show are shown already unless they stay hidden (in `after`);
+    // lines between two spans to hide are hidden already when `after` holds them. The gaps come
+    // in ascending order, so one cursor into `after` serves each pass.
+    auto cursor = after.begin();
+    auto firstEndingFrom = [&](qint64 line) {
+        while (cursor != after.end() && cursor->last < line)
+            ++cursor;
+        return cursor;
+    };
+    LineSpans joinedShow = joined(show, [&](LineSpan gap) {
+        const auto it = firstEndingFrom(gap.first);
+        return it == after.end() || it->first > gap.last;
+    });
+    cursor = after.begin();
+    LineSpans joinedHide = joined(hide, [&](LineSpan gap) {
+        const auto it = firstEndingFrom(gap.first);
+        return it != after.end() && it->first <= gap.first && it->last >= gap.last;
+    });
+    return {std::move(joinedShow), std::move(joinedHide)};
 }
 
 } // namespace mirtex

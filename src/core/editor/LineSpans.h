@@ -40,7 +40,8 @@ LineSpans shiftSpans(const LineSpans &spans, const LineEdit &edit);
 
 // What to show, then hide, to go from `before` (already shifted through the edit) to `after`.
 // The lines of the edit itself (`touched`, may be empty) are in an unknown state and are set
-// anew.
+// anew. Spans are joined across lines that already stand as they should (unfolding everything
+// is one call), so each list is as short as it can be.
 struct SpanChanges
 {
     LineSpans show;

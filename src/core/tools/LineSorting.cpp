@@ -5,8 +5,10 @@
 #include <QtConcurrent>
 
 #include <unicode/ucol.h>
+#include <unicode/uiter.h>
 
 #include <algorithm>
+#include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstring>
@@ -31,24 +33,34 @@ std::uint64_t prefixKey(QStringView line, qsizetype from)
 constexpr std::size_t kParallelSortFrom = 1 << 15;
 
 // `items` sorted by `less`, a strict weak order under which equivalent items are interchangeable
-// (a total order, or one whose ties cannot be told apart in the result): each half on its own
-// thread, then one merge.
-template<typename T, typename Less>
-void sortInTwo(std::vector<T> &items, Less less)
+// (a total order, or one whose ties cannot be told apart in the result), each passed through
+// `project` into the result: each half sorted on its own thread, then merged straight into the
+// result (no second copy of the items). `items` is left in an unspecified order.
+template<typename T, typename Less, typename Project>
+auto sortInTwo(std::vector<T> &items, Less less, Project project)
 {
+    std::vector<decltype(project(items.front()))> result;
+    result.reserve(items.size());
     if (items.size() < kParallelSortFrom || QThreadPool::globalInstance()->maxThreadCount() < 2) {
         std::sort(items.begin(), items.end(), less);
-        return;
+        for (const T &item : items)
+            result.push_back(project(item));
+        return result;
     }
     const auto middle = items.begin() + std::ptrdiff_t(items.size() / 2);
     QFuture<void> first
         = QtConcurrent::run([&items, middle, less] { std::sort(items.begin(), middle, less); });
     std::sort(middle, items.end(), less);
     first.waitForFinished();
-    std::vector<T> merged;
-    merged.reserve(items.size());
-    std::merge(items.begin(), middle, middle, items.end(), std::back_inserter(merged), less);
-    items = std::move(merged);
+    auto a = items.begin();
+    auto b = middle;
+    while (a != middle && b != items.end())
+        result.push_back(project(less(*b, *a) ? *b++ : *a++));
+    for (; a != middle; ++a)
+        result.push_back(project(*a));
+    for (; b != items.end(); ++b)
+        result.push_back(project(*b));
+    return result;
 }
 
 // The first eight bytes of a collation key, most significant first.
@@ -121,52 +133,153 @@ std::vector<QStringView> sortLiterally(std::span<const QStringView> lines, bool 
             return a.next < b.next;
         return compareUtf16(a.line, b.line) < 0;
     };
+    auto line = [](const Entry &entry) { return entry.line; };
     if (descending)
-        sortInTwo(entries, [&](const Entry &a, const Entry &b) { return less(b, a); });
-    else
-        sortInTwo(entries, less);
-    std::vector<QStringView> result;
-    result.reserve(entries.size());
-    for (const Entry &entry : entries)
-        result.push_back(entry.line);
-    return result;
+        return sortInTwo(
+            entries, [&](const Entry &a, const Entry &b) { return less(b, a); }, line);
+    return sortInTwo(entries, less, line);
 }
 
 namespace {
 
-// The collation keys of lines [from, to), one after the other in `keys`, and where each ends.
+// UTF-8 bytes in the order of the UTF-16 units they encode. Byte order is code point order, and
+// UTF-16 differs from that in one place: U+E000–U+FFFF (lead bytes EE and EF) come after the
+// characters beyond U+FFFF (lead bytes F0–F4), whose surrogates are D800–DFFF. Those two lead
+// bytes move above F4 (valid UTF-8 holds no byte above F4); no other byte moves.
+constexpr std::uint8_t utf16Rank(std::uint8_t byte)
+{
+    return byte == 0xEE || byte == 0xEF ? std::uint8_t(byte + 0x10) : byte;
+}
+
+// Eight bytes from `from` ranked, most significant first, zero past the end.
+std::uint64_t rankedPrefix(std::string_view line, std::size_t from)
+{
+    if (line.size() >= from + 8) {
+        std::uint64_t word;
+        std::memcpy(&word, line.data() + from, 8);
+        // ASCII only (the common case): no byte to rank, the bytes read as one number.
+        if ((word & 0x8080808080808080ull) == 0)
+            return std::endian::native == std::endian::little ? std::byteswap(word) : word;
+    }
+    std::uint64_t key = 0;
+    for (std::size_t i = from; i < from + 8; ++i)
+        key = (key << 8) | (i < line.size() ? utf16Rank(std::uint8_t(line[i])) : 0u);
+    return key;
+}
+
+int compareUtf8AsUtf16(std::string_view a, std::string_view b)
+{
+    const std::size_t common = std::min(a.size(), b.size());
+    std::size_t i = 0;
+    for (; i + 8 <= common; i += 8) {
+        std::uint64_t wa;
+        std::uint64_t wb;
+        std::memcpy(&wa, a.data() + i, 8);
+        std::memcpy(&wb, b.data() + i, 8);
+        if (wa != wb)
+            break;
+    }
+    for (; i < common; ++i) {
+        const auto ca = utf16Rank(std::uint8_t(a[i]));
+        const auto cb = utf16Rank(std::uint8_t(b[i]));
+        if (ca != cb)
+            return ca < cb ? -1 : 1;
+    }
+    return a.size() < b.size() ? -1 : a.size() > b.size() ? 1 : 0;
+}
+
+} // namespace
+
+std::vector<std::string_view> sortUtf8Literally(std::span<const std::string_view> lines,
+                                                bool descending)
+{
+    struct Entry
+    {
+        std::uint64_t head;
+        std::string_view line;
+    };
+
+    std::vector<Entry> entries;
+    entries.reserve(lines.size());
+    for (const std::string_view line : lines)
+        entries.push_back({rankedPrefix(line, 0), line});
+    auto less = [](const Entry &a, const Entry &b) {
+        if (a.head != b.head)
+            return a.head < b.head;
+        return a.line.size() > 8 && b.line.size() > 8
+                   ? compareUtf8AsUtf16(a.line.substr(8), b.line.substr(8)) < 0
+                   : a.line.size() < b.line.size();
+    };
+    // Equal lines are the same text, so neither direction needs a stable sort.
+    auto line = [](const Entry &entry) { return entry.line; };
+    if (descending)
+        return sortInTwo(
+            entries, [&](const Entry &a, const Entry &b) { return less(b, a); }, line);
+    return sortInTwo(entries, less, line);
+}
+
+namespace {
+
+// One line's collation key appended to `keys`.
+void appendKey(UCollator *collator, QStringView line, std::vector<std::uint8_t> &keys)
+{
+    const auto *units = reinterpret_cast<const UChar *>(line.utf16());
+    const auto length = int32_t(line.size());
+    const std::size_t start = keys.size();
+    keys.resize(start + 64);
+    int32_t size = ucol_getSortKey(collator, units, length, keys.data() + start, 64);
+    if (size > 64) {
+        keys.resize(start + std::size_t(size));
+        size = ucol_getSortKey(collator, units, length, keys.data() + start, size);
+    }
+    keys.resize(start + std::size_t(size));
+}
+
+// The same key read straight from UTF-8, in parts (the parts joined compare as the whole key).
+void appendKey(UCollator *collator, std::string_view line, std::vector<std::uint8_t> &keys)
+{
+    UCharIterator text;
+    uiter_setUTF8(&text, line.data(), int32_t(line.size()));
+    std::uint32_t state[2] = {0, 0};
+    std::size_t start = keys.size();
+    for (int32_t room = 64;; room *= 2) {
+        keys.resize(start + std::size_t(room));
+        UErrorCode status = U_ZERO_ERROR;
+        const int32_t written
+            = ucol_nextSortKeyPart(collator, &text, state, keys.data() + start, room, &status);
+        start += std::size_t(std::max(0, written));
+        if (U_FAILURE(status) || written < room)
+            break;
+    }
+    keys.resize(start);
+}
+
+// The collation keys of `lines`, one after the other in `keys`, and where each ends.
+template<typename Line>
 void collationKeys(UCollator *collator,
-                   std::span<const QStringView> lines,
+                   std::span<const Line> lines,
                    std::vector<std::uint8_t> &keys,
                    std::vector<std::uint32_t> &ends)
 {
     keys.reserve(lines.size() * 24);
     ends.reserve(lines.size());
-    for (const QStringView line : lines) {
-        const auto *units = reinterpret_cast<const UChar *>(line.utf16());
-        const auto length = int32_t(line.size());
-        const std::size_t start = keys.size();
-        keys.resize(start + 64);
-        int32_t size = ucol_getSortKey(collator, units, length, keys.data() + start, 64);
-        if (size > 64) {
-            keys.resize(start + std::size_t(size));
-            size = ucol_getSortKey(collator, units, length, keys.data() + start, size);
-        }
-        keys.resize(start + std::size_t(size));
+    for (const Line line : lines) {
+        appendKey(collator, line, keys);
         ends.push_back(std::uint32_t(keys.size()));
     }
 }
 
-} // namespace
-
-std::vector<QStringView>
-sortIgnoringCase(std::span<const QStringView> lines, const QLocale &locale, bool descending)
+// The lines' positions in the locale's collation with case ignored (ties in input order), or
+// nothing when the locale has no collator.
+template<typename Line>
+std::optional<std::vector<std::uint32_t>>
+orderIgnoringCase(std::span<const Line> lines, const QLocale &locale, bool descending)
 {
     UErrorCode status = U_ZERO_ERROR;
     const QByteArray localeId = locale.name().toLatin1();
     UCollator *collator = ucol_open(localeId.constData(), &status);
     if (U_FAILURE(status) || !collator)
-        return sortLiterally(lines, descending);
+        return std::nullopt;
     // Secondary strength: letters and accents count, case does not.
     ucol_setStrength(collator, UCOL_SECONDARY);
 
@@ -227,16 +340,37 @@ sortIgnoringCase(std::span<const QStringView> lines, const QLocale &locale, bool
     };
     // Ties broken by input position: a stable order in both directions, and a total order, so
     // sorting in two halves gives the same result.
-    sortInTwo(entries, [&](const Entry &a, const Entry &b) {
-        const int order = compareKeys(a, b);
-        if (order != 0)
-            return descending ? order > 0 : order < 0;
-        return a.index < b.index;
-    });
-    std::vector<QStringView> result;
-    result.reserve(entries.size());
-    for (const Entry &entry : entries)
-        result.push_back(lines[entry.index]);
+    return sortInTwo(
+        entries,
+        [&](const Entry &a, const Entry &b) {
+            const int order = compareKeys(a, b);
+            if (order != 0)
+                return descending ? order > 0 : order < 0;
+            return a.index < b.index;
+        },
+        [](const Entry &entry) { return entry.index; });
+}
+
+} // namespace
+
+std::vector<QStringView>
+sortIgnoringCase(std::span<const QStringView> lines, const QLocale &locale, bool descending)
+{
+    const auto order = orderIgnoringCase(lines, locale, descending);
+    return order ? inOrder(lines, *order) : sortLiterally(lines, descending);
+}
+
+std::vector<std::string_view> sortUtf8IgnoringCase(std::span<const std::string_view> lines,
+                                                   const QLocale &locale,
+                                                   bool descending)
+{
+    const auto order = orderIgnoringCase(lines, locale, descending);
+    if (!order)
+        return sortUtf8Literally(lines, descending);
+    std::vector<std::string_view> result;
+    result.reserve(order->size());
+    for (const std::uint32_t index : *order)
+        result.push_back(lines[index]);
     return result;
 }
 

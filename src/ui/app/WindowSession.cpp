@@ -345,7 +345,6 @@ DocumentTab *WindowSession::restoreEntry(DocumentFlows &flows,
     if (entry.split)
         editor->setSplit(*entry.split == QLatin1String("stacked") ? Qt::Vertical : Qt::Horizontal);
     editor->setSelection(SessionRestore::clampSelection(entry.selection, length));
-    editor->setFirstVisibleLine(int(entry.scroll));
     if (!entry.bookmarks.isEmpty()) {
         const QString whole = editor->text();
         const auto lines
@@ -353,9 +352,13 @@ DocumentTab *WindowSession::restoreEntry(DocumentFlows &flows,
         editor->annotations().setBookmarkedLines(
             std::vector<qsizetype>(lines.begin(), lines.end()));
     }
-    // Folded blocks, folded again once the blocks are found.
+    // Folded blocks, folded again once the blocks are found; the scroll position counts the
+    // lines shown, so it is applied after them (and meanwhile, for the first paint).
+    const int scroll = int(entry.scroll);
+    editor->setFirstVisibleLine(scroll);
     editor->folding().restoreFoldedLines(
-        std::vector<qint64>(entry.folds.begin(), entry.folds.end()));
+        std::vector<qint64>(entry.folds.begin(), entry.folds.end()),
+        [editor, scroll] { editor->setFirstVisibleLine(scroll); });
     return tab;
 }
 

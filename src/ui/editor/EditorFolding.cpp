@@ -24,6 +24,10 @@ using Sci = QsciScintillaBase;
 
 namespace {
 
+// Above these, changes to the hidden lines take the ways that cost Scintilla less per line.
+constexpr std::size_t kManySpans = 64;
+constexpr qint64 kManyLines = 10'000;
+
 // One serial queue of low priority: a newer detection supersedes an older one anyway.
 QThreadPool *foldQueue()
 {
@@ -37,6 +41,60 @@ QThreadPool *foldQueue()
         return pool;
     }();
     return queue;
+}
+
+// Shows every line of the pane at once. Scintilla shows lines one by one, at a cost per line that
+// grows with the number of hidden runs (a quarter of a second for a million folded lines); a pane
+// that takes its document again starts with every line shown. What the pane keeps of its own
+// about the document is set back: the selections, the line at the top and the horizontal scroll.
+void showEveryLine(EditorPane *pane)
+{
+    struct Range
+    {
+        long anchor, caret, anchorSpace, caretSpace;
+    };
+
+    const bool rectangular = pane->SendScintilla(Sci::SCI_SELECTIONISRECTANGLE) != 0;
+    const long count = pane->SendScintilla(Sci::SCI_GETSELECTIONS);
+    const long main = pane->SendScintilla(Sci::SCI_GETMAINSELECTION);
+    std::vector<Range> ranges;
+    for (long i = 0; i < count; ++i)
+        ranges.push_back({pane->SendScintilla(Sci::SCI_GETSELECTIONNANCHOR, i),
+                          pane->SendScintilla(Sci::SCI_GETSELECTIONNCARET, i),
+                          pane->SendScintilla(Sci::SCI_GETSELECTIONNANCHORVIRTUALSPACE, i),
+                          pane->SendScintilla(Sci::SCI_GETSELECTIONNCARETVIRTUALSPACE, i)});
+    const Range box{pane->SendScintilla(Sci::SCI_GETRECTANGULARSELECTIONANCHOR),
+                    pane->SendScintilla(Sci::SCI_GETRECTANGULARSELECTIONCARET),
+                    pane->SendScintilla(Sci::SCI_GETRECTANGULARSELECTIONANCHORVIRTUALSPACE),
+                    pane->SendScintilla(Sci::SCI_GETRECTANGULARSELECTIONCARETVIRTUALSPACE)};
+    const long topLine = pane->SendScintilla(Sci::SCI_DOCLINEFROMVISIBLE,
+                                             pane->SendScintilla(Sci::SCI_GETFIRSTVISIBLELINE));
+    const long xOffset = pane->SendScintilla(Sci::SCI_GETXOFFSET);
+
+    // Held while the pane lets go of it, so that a document no other pane shows survives.
+    const long document = pane->SendScintilla(Sci::SCI_GETDOCPOINTER);
+    pane->SendScintilla(Sci::SCI_ADDREFDOCUMENT, 0UL, document);
+    pane->SendScintilla(Sci::SCI_SETDOCPOINTER, 0UL, document);
+    pane->SendScintilla(Sci::SCI_RELEASEDOCUMENT, 0UL, document);
+
+    if (rectangular) {
+        pane->SendScintilla(Sci::SCI_SETRECTANGULARSELECTIONANCHOR, box.anchor);
+        pane->SendScintilla(Sci::SCI_SETRECTANGULARSELECTIONCARET, box.caret);
+        pane->SendScintilla(Sci::SCI_SETRECTANGULARSELECTIONANCHORVIRTUALSPACE, box.anchorSpace);
+        pane->SendScintilla(Sci::SCI_SETRECTANGULARSELECTIONCARETVIRTUALSPACE, box.caretSpace);
+    } else if (!ranges.empty()) {
+        for (long i = 0; i < count; ++i) {
+            const Range &r = ranges[std::size_t(i)];
+            pane->SendScintilla(
+                i == 0 ? Sci::SCI_SETSELECTION : Sci::SCI_ADDSELECTION, r.caret, r.anchor);
+            pane->SendScintilla(Sci::SCI_SETSELECTIONNANCHORVIRTUALSPACE, i, r.anchorSpace);
+            pane->SendScintilla(Sci::SCI_SETSELECTIONNCARETVIRTUALSPACE, i, r.caretSpace);
+        }
+        pane->SendScintilla(Sci::SCI_SETMAINSELECTION, main);
+    }
+    pane->SendScintilla(Sci::SCI_SETFIRSTVISIBLELINE,
+                        pane->SendScintilla(Sci::SCI_VISIBLEFROMDOCLINE, topLine));
+    pane->SendScintilla(Sci::SCI_SETXOFFSET, xOffset);
 }
 
 } // namespace
@@ -225,6 +283,8 @@ void EditorFolding::install(quint64 generation, std::vector<FoldRegion> regions)
         syncPanes();
         moveCaretsOutOfHiddenText();
     }
+    if (auto then = std::exchange(m_afterRestore, {}))
+        then();
     repaint();
     Q_EMIT foldsChanged();
 }
@@ -316,15 +376,33 @@ void EditorFolding::applyTo(PaneLines &p)
     p.touched.clear();
     // Every call redraws and resets the scroll bar, which costs more than hiding the lines when
     // thousands of blocks fold at once (fold all): those wait for the end of the run.
-    const bool many = changes.show.size() + changes.hide.size() > 64;
+    // Showing or hiding a line costs Scintilla more the more runs of hidden lines there are, so
+    // large changes take the cheaper way: every line shown by a reset when nothing stays hidden,
+    // and many blocks hidden as one run with the lines between them shown again.
+    const bool showAll = m_target.empty() && !changes.show.empty()
+                         && changes.show.back().last - changes.show.front().first >= kManyLines;
+    const bool hideAsOne = changes.hide.size() > kManySpans;
+    const bool many
+        = showAll || hideAsOne || changes.show.size() + changes.hide.size() > kManySpans;
     const QSignalBlocker quietPane(many ? p.pane.data() : nullptr);
     const QSignalBlocker quietBar(many ? p.pane->verticalScrollBar() : nullptr);
     if (many)
         p.pane->setUpdatesEnabled(false);
-    for (const LineSpan &span : changes.show)
-        p.pane->SendScintilla(Sci::SCI_SHOWLINES, long(span.first), long(span.last));
-    for (const LineSpan &span : changes.hide)
-        p.pane->SendScintilla(Sci::SCI_HIDELINES, long(span.first), long(span.last));
+    if (showAll) {
+        showEveryLine(p.pane);
+    } else {
+        for (const LineSpan &span : changes.show)
+            p.pane->SendScintilla(Sci::SCI_SHOWLINES, long(span.first), long(span.last));
+    }
+    if (hideAsOne) {
+        const LineSpans hull{{changes.hide.front().first, changes.hide.back().last}};
+        p.pane->SendScintilla(Sci::SCI_HIDELINES, long(hull[0].first), long(hull[0].last));
+        for (const LineSpan &span : subtractSpans(hull, m_target))
+            p.pane->SendScintilla(Sci::SCI_SHOWLINES, long(span.first), long(span.last));
+    } else {
+        for (const LineSpan &span : changes.hide)
+            p.pane->SendScintilla(Sci::SCI_HIDELINES, long(span.first), long(span.last));
+    }
     if (many)
         p.pane->setUpdatesEnabled(true);
 }
@@ -440,18 +518,24 @@ std::vector<qint64> EditorFolding::foldedLines() const
     return m_state.foldedLines(*m_lines);
 }
 
-void EditorFolding::restoreFoldedLines(std::vector<qint64> lines)
+void EditorFolding::restoreFoldedLines(std::vector<qint64> lines, std::function<void()> then)
 {
-    if (lines.empty())
-        return;
-    if (isDetectionPending() || m_style == FoldStyle::none) {
+    if (!lines.empty() && isDetectionPending() && m_style != FoldStyle::none) {
         m_restore = std::move(lines);
+        m_afterRestore = std::move(then);
         return;
     }
-    bool hiddenChanged = false;
-    for (qint64 line : lines)
-        hiddenChanged = m_state.fold(line, *m_lines) || hiddenChanged;
-    changed(hiddenChanged);
+    if (m_style == FoldStyle::none) {
+        if (!lines.empty())
+            m_restore = std::move(lines);
+    } else {
+        bool hiddenChanged = false;
+        for (qint64 line : lines)
+            hiddenChanged = m_state.fold(line, *m_lines) || hiddenChanged;
+        changed(hiddenChanged);
+    }
+    if (then)
+        then();
 }
 
 } // namespace mirtex

@@ -13,6 +13,7 @@
 #include <QPointer>
 #include <QTimer>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -71,8 +72,9 @@ public:
     // The header lines of the folds, ascending.
     std::vector<qint64> foldedLines() const;
     // Folds these header lines once the blocks are known (after the next detection if one is
-    // pending); lines that start no block are ignored.
-    void restoreFoldedLines(std::vector<qint64> lines);
+    // pending); lines that start no block are ignored. `then` runs once they are folded (at once
+    // when nothing waits): what depends on the lines shown, such as the line at the top.
+    void restoreFoldedLines(std::vector<qint64> lines, std::function<void()> then = {});
 
     // The panes' hidden lines as last applied (tests compare them with what Scintilla hides).
     const LineSpans &hiddenLines() const { return m_target; }
@@ -124,6 +126,7 @@ private:
     quint64 m_generation = 0;
     int m_running = 0; // detections on the worker thread
     std::optional<std::vector<qint64>> m_restore;
+    std::function<void()> m_afterRestore;
 };
 
 } // namespace mirtex

@@ -58,6 +58,20 @@ TEST(LineSpans, ChangesBringAViewToTheNewHiddenLines)
 
         const LineSpans shifted = mirtex::shiftSpans(spansOf(before), {first, oldLast, newLast});
         const auto changes = mirtex::spanChanges(shifted, spansOf(after), {{first, newLast}});
+        // As few calls as possible: two neighbours to show are kept apart by a line that stays
+        // hidden, two to hide by a line that stays shown.
+        auto separated = [&](const mirtex::LineSpans &spans, bool hiddenBetween) {
+            for (std::size_t i = 1; i < spans.size(); ++i) {
+                bool found = false;
+                for (qint64 l = spans[i - 1].last + 1; l < spans[i].first; ++l)
+                    found = found || after[std::size_t(l)] == hiddenBetween;
+                if (!found)
+                    return false;
+            }
+            return true;
+        };
+        ASSERT_TRUE(separated(changes.show, true)) << "round " << round;
+        ASSERT_TRUE(separated(changes.hide, false)) << "round " << round;
         for (const auto &span : changes.show)
             for (qint64 l = span.first; l <= span.last; ++l)
                 view[std::size_t(l)] = false;

@@ -67,6 +67,33 @@ TEST(LineSorting, LargeInputsSortAsAPlainComparisonWould)
         EXPECT_EQ(actual, expected);
     }
 
+    // The UTF-8 sort gives the same order as the UTF-16 one.
+    std::vector<std::string> utf8;
+    for (const QString &line : lines)
+        utf8.push_back(line.toStdString());
+    const std::vector<std::string_view> utf8Views(utf8.begin(), utf8.end());
+    for (const bool descending : {false, true}) {
+        SCOPED_TRACE(descending);
+        std::vector<std::string> expected;
+        for (const QStringView line : sortLiterally(views, descending))
+            expected.push_back(line.toString().toStdString());
+        const std::vector<std::string_view> sorted = sortUtf8Literally(utf8Views, descending);
+        EXPECT_EQ(std::vector<std::string>(sorted.begin(), sorted.end()), expected);
+    }
+
+    // Case ignored, the UTF-8 sort gives the UTF-16 one's order too (ties kept in input order).
+    for (const bool descending : {false, true}) {
+        SCOPED_TRACE(descending);
+        const QLocale italian(QStringLiteral("it_IT"));
+        std::vector<std::string> expected;
+        for (const QStringView line : sortIgnoringCase(views, italian, descending))
+            expected.push_back(line.toString().toStdString());
+        std::vector<std::string> actual;
+        for (const std::string_view line : sortUtf8IgnoringCase(utf8Views, italian, descending))
+            actual.emplace_back(line);
+        EXPECT_EQ(actual, expected);
+    }
+
     UErrorCode status = U_ZERO_ERROR;
     UCollator *collator = ucol_open("it_IT", &status);
     ASSERT_TRUE(U_SUCCESS(status));

@@ -90,6 +90,55 @@ TEST_F(EditorFoldingTest, FoldingHidesLinesInBothPanesAndNeverChangesTheText)
     EXPECT_EQ(editor.utf8Text(), kNested.toUtf8());
 }
 
+// Thousands of blocks fold and unfold at once (the panes take their cheaper ways there): every
+// line shown or hidden as the folds say in both panes, the selection, the line at the top and the
+// undo history kept, the text unchanged.
+TEST_F(EditorFoldingTest, FoldingThousandsOfBlocksKeepsThePanesExact)
+{
+    QString text;
+    for (int i = 0; i < 4000; ++i)
+        text += u"func f%1() {\n    if a {\n        b()\n    }\n}\n"_s.arg(i);
+    text += u"x\n"_s;
+    // Each function's lines shown, by whether its outer block is folded.
+    auto shown = [](auto outerFolded) {
+        std::string out;
+        for (int i = 0; i < 4000; ++i)
+            out += outerFolded(i) ? "10000" : "11001";
+        return out + "11";
+    };
+    load(text, "swift");
+    EditorPane *pane = editor.primaryPane();
+    pane->SendScintilla(Sci::SCI_INSERTTEXT, 0UL, "// ");
+    pane->SendScintilla(Sci::SCI_DELETERANGE, 0UL, 3L);
+    editor.setSplit(Qt::Vertical);
+    const qsizetype caret = text.indexOf(u"func f2000");
+    editor.setSelection({caret, 4});
+
+    EXPECT_TRUE(editor.folding().foldAll());
+    const std::string allFolded = shown([](int) { return true; });
+    EXPECT_EQ(shownLines(pane), allFolded);
+    // Every seventh opened one by one, then all of them folded again at once: the lines between
+    // them stand as they should (headers shown, other blocks still hidden).
+    for (int i = 0; i < 4000; i += 7)
+        EXPECT_TRUE(editor.folding().unfold(i * 5));
+    EXPECT_EQ(shownLines(pane), shown([](int i) { return i % 7 != 0; }));
+    EXPECT_TRUE(editor.folding().foldLevel(1));
+    EXPECT_EQ(shownLines(pane), allFolded);
+    EXPECT_EQ(shownLines(editor.secondaryPane()), allFolded);
+
+    pane->SendScintilla(Sci::SCI_SETFIRSTVISIBLELINE,
+                        pane->SendScintilla(Sci::SCI_VISIBLEFROMDOCLINE, 9000L));
+    EXPECT_TRUE(editor.folding().unfoldAll());
+    const std::string everyLine(allFolded.size(), '1');
+    EXPECT_EQ(shownLines(pane), everyLine);
+    EXPECT_EQ(shownLines(editor.secondaryPane()), everyLine);
+    EXPECT_EQ(pane->SendScintilla(Sci::SCI_GETFIRSTVISIBLELINE), 9000);
+    EXPECT_EQ(editor.selections().main(), Selection(caret, caret + 4));
+    EXPECT_EQ(editor.text(), text);
+    pane->undo();
+    EXPECT_EQ(editor.text(), u"// "_s + text);
+}
+
 TEST_F(EditorFoldingTest, RevealOpensTheFoldsAroundATarget)
 {
     load(kNested, "swift");
@@ -264,4 +313,60 @@ TEST(FoldSession, FoldsComeBackAfterARestart)
         QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
     EXPECT_EQ(folding.foldedLines(), std::vector<qint64>({0, 4}));
     EXPECT_EQ(shownLines(window.documents().front()->editor()->primaryPane()), "1011101");
+}
+
+// A tab comes back showing the same line at the top, folds above it included: the scroll position
+// is kept in lines as shown, so it is applied once the folds are back.
+TEST(FoldSession, TheLineAtTheTopComesBackWithTheFolds)
+{
+    QTemporaryDir dir;
+    const QString file = dir.filePath(u"a.py"_s);
+    {
+        QFile out(file);
+        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
+        for (int i = 0; i < 30000; ++i)
+            out.write(QByteArray("def f") + QByteArray::number(i) + "():\n    a = 1\n    b = 2\n");
+    }
+    const QString state = dir.filePath(u"state"_s);
+    Preferences prefs{dir.filePath(u"prefs.conf"_s)};
+    ScriptedQuestions questions;
+    auto topLine = [](EditorView *editor) {
+        EditorPane *pane = editor->primaryPane();
+        return pane->SendScintilla(Sci::SCI_DOCLINEFROMVISIBLE,
+                                   pane->SendScintilla(Sci::SCI_GETFIRSTVISIBLELINE));
+    };
+    for (const long top : {450L, 3L}) {
+        {
+            MainWindow window(prefs);
+            window.resize(800, 600);
+            window.show();
+            DocumentFlows flows(window, questions);
+            WindowSession session(prefs, state);
+            EditorView *editor = flows.openPath(file)->editor();
+            editor->folding().detectNow();
+            for (int block = 0; block < 100; ++block)
+                editor->folding().fold(block * 3);
+            EditorPane *pane = editor->primaryPane();
+            pane->SendScintilla(Sci::SCI_SETFIRSTVISIBLELINE,
+                                pane->SendScintilla(Sci::SCI_VISIBLEFROMDOCLINE, top));
+            editor->setSelection({editor->text().indexOf(u"def f%1("_s.arg(top / 3)), 0});
+            pane->SendScintilla(Sci::SCI_SETFIRSTVISIBLELINE,
+                                pane->SendScintilla(Sci::SCI_VISIBLEFROMDOCLINE, top));
+            ASSERT_EQ(topLine(editor), top);
+            session.write(window);
+        }
+        // As at start-up: the tabs come back before the window is shown.
+        MainWindow window(prefs);
+        window.resize(800, 600);
+        DocumentFlows flows(window, questions);
+        WindowSession session(prefs, state);
+        ASSERT_TRUE(session.restore(flows));
+        window.show();
+        EditorView *editor = window.documents().front()->editor();
+        while (editor->folding().isDetectionPending())
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+        QCoreApplication::processEvents();
+        EXPECT_EQ(editor->folding().foldedLines().size(), 100u);
+        EXPECT_EQ(topLine(editor), top);
+    }
 }
