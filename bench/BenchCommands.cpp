@@ -1,6 +1,7 @@
 #include "BenchCommands.h"
 
 #include "DiffCommand.h"
+#include "FindInFilesCommand.h"
 #include "MarkdownCommands.h"
 #include "TransformCommands.h"
 #include "core/document/CharacterSetTable.h"
@@ -242,6 +243,9 @@ std::optional<int> runBenchCommand(const QStringList &arguments)
         return convert(arguments.mid(1));
     // Markdown to the page.
     if (const auto status = runMarkdownCommand(arguments))
+        return status;
+    // Find in files over a folder.
+    if (const auto status = runFindInFilesCommand(arguments))
         return status;
     return std::nullopt;
 }
