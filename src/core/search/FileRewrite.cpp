@@ -51,6 +51,9 @@ RewriteResult rewriteIfUnchanged(const std::string &path,
     ::close(fd);
     if (!unchanged)
         return RewriteResult::changedOnDisk;
+    // A file nobody may write stays as it is, even for a process that could.
+    if ((info.st_mode & 0222) == 0 || ::access(path.c_str(), W_OK) != 0)
+        return RewriteResult::failed;
     const QString name = QFile::decodeName(path.c_str());
     if (QFile::encodeName(name) != QByteArrayView(path.data(), qsizetype(path.size())))
         return RewriteResult::failed;

@@ -32,6 +32,9 @@
 #include "ui/document/TabCommands.h"
 #include "ui/document/TextToolCommands.h"
 #include "ui/document/ViewCommands.h"
+// Find in files.
+#include "ui/search/FileSearchCommands.h"
+#include "ui/search/FileSearchRunner.h"
 
 #include <QMenu>
 
@@ -80,6 +83,16 @@ AppAssembly::AppAssembly(Preferences &prefs,
     LineCommands::registerIn(commands, *m_context);
     MultiCaretCommands::registerIn(commands, *m_context);
     CommandPalette::registerIn(commands, *m_window);
+    // Find and replace in the files of a folder, streaming into the results panel.
+    m_fileSearch = new FileSearchRunner(
+        *m_window,
+        *m_findModel,
+        questions,
+        prefs,
+        // To wire when the results panel is in: [this]() -> SearchResultSink * { return &searchResults(); }
+        []() -> SearchResultSink * { return nullptr; },
+        m_window.get());
+    FileSearchCommands::registerIn(commands, *m_fileSearch, *m_findModel);
 
     m_menu = std::make_unique<MainMenu>(*m_window, commands, *m_recentFiles);
     QObject::connect(m_flows,

@@ -15,6 +15,7 @@ class AppearanceController;
 class CommandContext;
 class CommandRegistry;
 class DocumentFlows;
+class FileSearchRunner;
 class FindModel;
 class MainMenu;
 class MainWindow;
@@ -56,6 +57,9 @@ public:
     // The find panel's state, shared by every search command; its recent searches are stored.
     FindModel &findModel() const { return *m_findModel; }
 
+    // Find and replace in the files of a folder.
+    FileSearchRunner &fileSearch() const { return *m_fileSearch; }
+
 private:
     std::unique_ptr<RecentFiles> m_recentFiles;
     std::unique_ptr<FindModel> m_findModel;
@@ -67,6 +71,7 @@ private:
     std::unique_ptr<SecondaryWindows> m_secondaryWindows;
     std::unique_ptr<AppDelegate> m_delegate;
     std::unique_ptr<MainMenu> m_menu;
+    FileSearchRunner *m_fileSearch = nullptr; // owned by the window
 };
 
 } // namespace mirtex
