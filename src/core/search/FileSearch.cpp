@@ -152,6 +152,66 @@ std::expected<bool, SearchError> anyMatch(const SearchRegex &regex, QStringView 
     return match->has_value();
 }
 
+struct Rewritten
+{
+    qsizetype count = 0;
+    std::optional<QByteArray> bytes; // nothing: the file cannot be written keeping the rest
+};
+
+// Every match in the decoded text replaced in the file's own text, whose line breaks stay as they
+// were (a file may mix them): offsets in the text with LF breaks move past the CR of every CR LF
+// before them. Line breaks in a replacement become the file's first break. The bytes come only
+// when the file's own text encodes back to exactly the bytes read.
+std::expected<Rewritten, SearchError>
+rewrittenFile(const SearchRegex &regex, QByteArrayView bytes, const TextCodec::Decoded &decoded)
+{
+    const auto raw = TextCodec::decodeText(bytes, decoded.encoding);
+    const QStringView text = raw ? QStringView(raw->text) : QStringView();
+    std::vector<qsizetype> dropped; // where a CR was dropped before the LF, in the decoded text
+    for (qsizetype cr = text.indexOf(u'\r'); cr >= 0; cr = text.indexOf(u'\r', cr + 1)) {
+        if (cr + 1 < text.size() && text[cr + 1] == u'\n')
+            dropped.push_back(cr - qsizetype(dropped.size()));
+    }
+    const auto fileOffset = [&dropped](qsizetype offset) {
+        return offset
+               + (std::lower_bound(dropped.begin(), dropped.end(), offset) - dropped.begin());
+    };
+    const QString lineBreakText = lineBreak(decoded.lineEnding);
+
+    Rewritten result;
+    QString replaced;
+    qsizetype copied = 0;
+    SearchMatcher matcher(regex, decoded.text);
+    matcher.setRange({0, decoded.text.size()}, true);
+    while (true) {
+        const auto match = matcher.next();
+        if (!match)
+            return std::unexpected(match.error());
+        if (!*match)
+            break;
+        auto replacement = replacementFor(matcher, regex.options());
+        if (!replacement)
+            return std::unexpected(replacement.error());
+        ++result.count;
+        if (!raw)
+            continue;
+        const qsizetype start = fileOffset((*match)->location);
+        const qsizetype end = fileOffset((*match)->end());
+        replaced += text.sliced(copied, start - copied);
+        if (decoded.lineEnding != LineEnding::lf)
+            replacement->replace(u'\n', lineBreakText);
+        replaced += *replacement;
+        copied = end;
+    }
+    if (!raw || result.count == 0)
+        return result;
+    replaced += text.sliced(copied);
+    const auto same = TextCodec::encode(text, decoded.encoding, LineEnding::lf);
+    if (same && *same == bytes)
+        result.bytes = TextCodec::encode(replaced, decoded.encoding, LineEnding::lf);
+    return result;
+}
+
 class Searcher
 {
 public:
@@ -387,28 +447,21 @@ FileOutcome Searcher::process(const FileEntry &entry, QByteArray &buffer)
     }
     if (!*matches)
         return outcome;
-    const ReplaceAllResult replaced
-        = replaceAll(decoded->text, {0, 0}, false, false, m_request.regex.options());
-    if (replaced.beep) {
-        outcome.error = SearchError{SearchError::Kind::tooComplex, {}, replaced.status.text};
+    const auto rewritten = rewrittenFile(m_request.regex, bytes, *decoded);
+    if (!rewritten) {
+        outcome.error = rewritten.error();
         return outcome;
     }
-    if (replaced.count == 0)
-        return outcome;
-    outcome.count = replaced.count;
-    if (stopping())
+    outcome.count = rewritten->count;
+    if (outcome.count == 0 || stopping())
         return outcome;
     const QString name = path.section(u'/', -1);
-    // Only a file that reads back to its own bytes can be written keeping everything else.
-    const auto same = TextCodec::encode(decoded->text, decoded->encoding, decoded->lineEnding);
-    const auto bytesAfter = TextCodec::encode(
-        applyEditBatch(decoded->text, replaced.batch), decoded->encoding, decoded->lineEnding);
-    if (!same || *same != bytes || !bytesAfter) {
+    if (!rewritten->bytes) {
         outcome.notWritten = name;
         return outcome;
     }
     const FileStamp stamp{info.st_size, info.st_mtim};
-    if (rewriteIfUnchanged(entry.path, stamp, bytes, *bytesAfter) != RewriteResult::written)
+    if (rewriteIfUnchanged(entry.path, stamp, bytes, *rewritten->bytes) != RewriteResult::written)
         outcome.notWritten = name;
     return outcome;
 }

@@ -343,6 +343,7 @@ TEST(FileSearchTest, ReplaceKeepsEncodingLineEndingsAndMode)
         {u"utf8-bom.txt"_s, "\xEF\xBB\xBFold\n", "\xEF\xBB\xBFnuovo\n"},
         {u"cr.txt"_s, "a old\rb\r", "a nuovo\rb\r"},
         {u"none.txt"_s, "nothing here\r\n", "nothing here\r\n"},
+        {u"mixed.txt"_s, "old\r\nx\nold\ry\r\n", "nuovo\r\nx\nnuovo\ry\r\n"},
     };
 
     for (const auto &f : files)
@@ -352,8 +353,8 @@ TEST(FileSearchTest, ReplaceKeepsEncodingLineEndingsAndMode)
     FileSearchRequest request;
     request.replace = true;
     const SearchRun run = search(tree.path(), literal(u"old"_s, u"nuovo"_s), request);
-    EXPECT_EQ(run.outcome.count, 6);
-    EXPECT_EQ(run.outcome.filesWithMatches, 4);
+    EXPECT_EQ(run.outcome.count, 8);
+    EXPECT_EQ(run.outcome.filesWithMatches, 5);
     EXPECT_TRUE(run.outcome.notWritten.isEmpty())
         << run.outcome.notWritten.join(u", ").toStdString();
     for (const auto &f : files)
@@ -369,7 +370,7 @@ TEST(FileSearchTest, ReplaceKeepsEncodingLineEndingsAndMode)
 TEST(FileSearchTest, FilesThatCannotBeWrittenAsReadAreListed)
 {
     Tree tree;
-    tree.add(u"mixed.txt"_s, "old\r\nold\n");    // mixed breaks: not kept byte for byte
+    tree.add(u"mixed.txt"_s, "old\r\nold\n");    // mixed breaks, kept as they are
     tree.add(u"locked.txt"_s, "old\n");          // nobody may write it
     tree.add(u"latin1.txt"_s, "old caff\xE8\n"); // no byte for "✓" there
     ASSERT_EQ(::chmod(QFile::encodeName(tree.path(u"locked.txt"_s)).constData(), 0444), 0);
@@ -378,8 +379,8 @@ TEST(FileSearchTest, FilesThatCannotBeWrittenAsReadAreListed)
     const SearchRun run = search(tree.path(), literal(u"old"_s, u"✓"_s), request);
     QStringList notWritten = run.outcome.notWritten;
     notWritten.sort();
-    EXPECT_EQ(notWritten, QStringList({u"latin1.txt"_s, u"locked.txt"_s, u"mixed.txt"_s}));
-    EXPECT_EQ(readFile(tree.path(u"mixed.txt"_s)), "old\r\nold\n");
+    EXPECT_EQ(notWritten, QStringList({u"latin1.txt"_s, u"locked.txt"_s}));
+    EXPECT_EQ(readFile(tree.path(u"mixed.txt"_s)), "✓\r\n✓\n");
     EXPECT_EQ(readFile(tree.path(u"locked.txt"_s)), "old\n");
     EXPECT_EQ(readFile(tree.path(u"latin1.txt"_s)), "old caff\xE8\n");
 }
@@ -427,4 +428,33 @@ TEST(FileRewriteTest, AFileChangedSinceItWasReadIsLeftAlone)
                   c.result == RewriteResult::written ? QByteArray("new text") : before)
             << c.name;
     }
+}
+
+TEST(FileSearchTest, AStoppedRunWritesNothingMore)
+{
+    Tree tree;
+    tree.add(u"a.txt"_s, "old\n");
+    FileSearchRequest request;
+    request.folder = tree.path();
+    request.regex = *makeRegex(literal(u"old"_s, u"new"_s));
+    request.replace = true;
+    std::atomic_bool stop{true};
+    const FileSearchOutcome outcome = runFileSearch(request, stop, [](FileSearchBatch) {});
+    EXPECT_TRUE(outcome.stopped);
+    EXPECT_EQ(outcome.count, 0);
+    EXPECT_EQ(readFile(tree.path(u"a.txt"_s)), "old\n");
+}
+
+TEST(FileSearchTest, MatchesAcrossLineBreaksReplaceTheFilesOwnBreaks)
+{
+    Tree tree;
+    tree.add(u"crlf.txt"_s, "end\r\nstart\r\nend\nstart\r\n");
+    SearchOptions options = literal(u"end\\nstart"_s, u"-\\n-"_s);
+    options.mode = SearchMode::extended;
+    FileSearchRequest request;
+    request.replace = true;
+    const SearchRun run = search(tree.path(), options, request);
+    EXPECT_EQ(run.outcome.count, 2);
+    // The CR LF matched goes whole; the new break is the file's first one, CR LF.
+    EXPECT_EQ(readFile(tree.path(u"crlf.txt"_s)), "-\r\n-\r\n-\r\n-\r\n");
 }
