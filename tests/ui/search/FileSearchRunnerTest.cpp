@@ -143,13 +143,6 @@ TEST_F(FileSearchRunnerTest, StatusesOfARun)
     EXPECT_TRUE(statuses.contains(u"Letti 3"_s));
 }
 
-TEST_F(FileSearchRunnerTest, AHomeFolderIsExpanded)
-{
-    EXPECT_EQ(FileSearchRunner::expandedFolder(u"~/x"_s), QDir::homePath() + u"/x"_s);
-    EXPECT_EQ(FileSearchRunner::expandedFolder(u"~"_s), QDir::homePath());
-    EXPECT_EQ(FileSearchRunner::expandedFolder(u"/a/~"_s), u"/a/~"_s);
-}
-
 TEST_F(FileSearchRunnerTest, ReplaceAsksThenChangesFilesAndOpenDocumentsThroughTheirEditors)
 {
     DocumentTab *tab = app.flows().openPath(path(u"work/a.txt"_s));
@@ -209,6 +202,14 @@ TEST_F(FileSearchRunnerTest, CommandsReachTheRunnerAndTheSidebarFolder)
     CommandRegistry &commands = app.commands();
     for (const char *name : {"findInFiles:", "replaceInFiles:", "stopFileSearch:", "findInFolder:"})
         EXPECT_NE(commands.find(QLatin1String(name)), nullptr) << name;
+    EXPECT_FALSE(commands.isEnabled(u"stopFileSearch:"_s));
+    set(path(u"work"_s), u"needle"_s);
+    ASSERT_TRUE(commands.dispatch(u"findInFiles:"_s));
+    EXPECT_TRUE(commands.isEnabled(u"stopFileSearch:"_s)); // until the report comes
+    ASSERT_TRUE(app.fileSearch().isRunning());
+    EXPECT_TRUE(commands.dispatch(u"stopFileSearch:"_s));
+    QSignalSpy finished(&app.fileSearch(), &FileSearchRunner::finished);
+    ASSERT_TRUE(finished.wait(10000));
     EXPECT_FALSE(commands.isEnabled(u"stopFileSearch:"_s));
     EXPECT_TRUE(commands.dispatch(u"findInFolder:"_s, path(u"work/sub/b.txt"_s)));
     EXPECT_EQ(app.findModel().fields().directory, path(u"work/sub"_s));
