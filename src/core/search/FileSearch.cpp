@@ -405,13 +405,20 @@ FileOutcome Searcher::process(const FileEntry &entry, QByteArray &buffer)
     if (fd < 0)
         return outcome; // unreadable: counted, skipped
 
+    // A large file is read in two steps, so that a binary one stops after its first bytes: the
+    // codec judges a file binary from its first 8000 bytes alone.
+    constexpr qsizetype kSniffBytes = 8192;
     const qint64 expected = info.st_size;
     buffer.resize(qsizetype(expected) + 1);
+    bool sniffed = expected <= kSniffBytes;
     qint64 size = 0;
     while (true) {
         if (size == buffer.size())
             buffer.resize(std::min<qsizetype>(buffer.size() * 2, kFileSearchSizeLimit + 1));
-        const ssize_t got = ::read(fd, buffer.data() + size, size_t(buffer.size() - size));
+        qsizetype wanted = buffer.size() - size;
+        if (!sniffed)
+            wanted = std::min<qsizetype>(wanted, kSniffBytes - size);
+        const ssize_t got = ::read(fd, buffer.data() + size, size_t(wanted));
         if (got <= 0) {
             if (got < 0)
                 size = -1;
@@ -420,6 +427,13 @@ FileOutcome Searcher::process(const FileEntry &entry, QByteArray &buffer)
         size += got;
         if (size > kFileSearchSizeLimit)
             break;
+        if (!sniffed && size >= kSniffBytes) {
+            sniffed = true;
+            if (TextCodec::isBinary(QByteArrayView(buffer.constData(), size))) {
+                ::close(fd);
+                return outcome;
+            }
+        }
     }
     ::close(fd);
     if (size < 0 || size >= kFileSearchSizeLimit)
