@@ -20,6 +20,7 @@
 #include <deque>
 #include <dirent.h>
 #include <fcntl.h>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <sys/stat.h>
@@ -212,6 +213,57 @@ rewrittenFile(const SearchRegex &regex, QByteArrayView bytes, const TextCodec::D
     return result;
 }
 
+// Whatever the locale says.
+char asciiLower(char c)
+{
+    return c >= 'A' && c <= 'Z' ? char(c + ('a' - 'A')) : c;
+}
+
+// A case-insensitive query's literal, lower-cased. Full case folding lets an ASCII letter match
+// other characters ("k" the Kelvin sign, "ss" the sharp s), but never in a text of ASCII alone,
+// where it is plain ASCII case folding.
+std::optional<std::string> literalIgnoringCase(SearchOptions options)
+{
+    if (options.matchCase)
+        return std::nullopt;
+    options.matchCase = true;
+    auto literal = requiredAsciiLiteral(options);
+    if (literal) {
+        for (char &c : *literal)
+            c = asciiLower(c);
+    }
+    return literal;
+}
+
+bool isAscii(QByteArrayView bytes)
+{
+    const char *data = bytes.data();
+    const size_t size = size_t(bytes.size());
+    size_t i = 0;
+    for (; i + 8 <= size; i += 8) {
+        uint64_t word;
+        std::memcpy(&word, data + i, 8);
+        if (word & 0x8080808080808080ULL)
+            return false;
+    }
+    for (; i < size; ++i) {
+        if (static_cast<unsigned char>(data[i]) >= 0x80)
+            return false;
+    }
+    return true;
+}
+
+bool containsIgnoringAsciiCase(QByteArrayView bytes, const std::string &lowerNeedle)
+{
+    const auto lower = asciiLower;
+    const std::boyer_moore_horspool_searcher searcher(
+        lowerNeedle.begin(),
+        lowerNeedle.end(),
+        [lower](char c) { return std::hash<char>()(lower(c)); },
+        [lower](char a, char b) { return lower(a) == lower(b); });
+    return std::search(bytes.begin(), bytes.end(), searcher) != bytes.end();
+}
+
 class Searcher
 {
 public:
@@ -219,6 +271,7 @@ public:
         : m_request(request)
         , m_stop(stop)
         , m_literal(requiredAsciiLiteral(request.regex.options()))
+        , m_literalIgnoringCase(literalIgnoringCase(request.regex.options()))
     {}
 
     FileSearchOutcome run(const std::function<void(FileSearchBatch)> &onBatch);
@@ -238,6 +291,7 @@ private:
     const std::atomic_bool &m_stop;
     std::atomic_bool m_failed{false};
     std::optional<std::string> m_literal;
+    std::optional<std::string> m_literalIgnoringCase; // lower case
     GitignoreStack m_ignores;
 
     std::mutex m_mutex;
@@ -443,6 +497,9 @@ FileOutcome Searcher::process(const FileEntry &entry, QByteArray &buffer)
         return outcome;
     if (m_literal && asciiCompatible(bytes)
         && !::memmem(bytes.data(), size_t(size), m_literal->data(), m_literal->size()))
+        return outcome;
+    if (m_literalIgnoringCase && isAscii(bytes) && asciiCompatible(bytes)
+        && !containsIgnoringAsciiCase(bytes, *m_literalIgnoringCase))
         return outcome;
     const auto decoded = TextCodec::decode(bytes, std::nullopt, LineEnding::lf);
     if (!decoded)

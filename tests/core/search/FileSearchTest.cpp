@@ -2,6 +2,7 @@
 // encoding, open documents searched as they stand, and replacements written back byte for byte.
 #include "core/search/FileSearch.h"
 
+#include "core/document/TextCodec.h"
 #include "core/search/FileRewrite.h"
 #include "core/search/GitignoreRules.h"
 #include "support/QStringPrinter.h"
@@ -457,4 +458,44 @@ TEST(FileSearchTest, MatchesAcrossLineBreaksReplaceTheFilesOwnBreaks)
     EXPECT_EQ(run.outcome.count, 2);
     // The CR LF matched goes whole; the new break is the file's first one, CR LF.
     EXPECT_EQ(readFile(tree.path(u"crlf.txt"_s)), "-\r\n-\r\n-\r\n-\r\n");
+}
+
+TEST(FileSearchTest, SkippingFilesByTheirBytesNeverChangesWhatIsFound)
+{
+    // Each file must give exactly the hits of the expression over its decoded text.
+    const struct
+    {
+        QString query;
+        bool matchCase;
+        QByteArray bytes;
+    } cases[] = {
+        {u"needle"_s, false, "a NEEDLE and a nEeDlE\n"},
+        {u"needle"_s, false, "nothing here\n"},
+        {u"kelvin"_s,
+         false,
+         "5 \xE2\x84\xAA"
+         "elvin\n"}, // the Kelvin sign folds to k
+        {u"strasse"_s,
+         false,
+         "stra\xC3\x9F"
+         "e\n"},
+        {u"caffe"_s, false, "caff\xE8 caffe\n"}, // Latin-1
+        {u"NEEDLE"_s, true, "needle NEEDLE\r\n"},
+        {u"TODO("_s, true, "TODO(x) todo(y)\n"},
+    };
+
+    for (const auto &c : cases) {
+        Tree tree;
+        tree.add(u"f.txt"_s, c.bytes);
+        SearchOptions options = literal(c.query);
+        options.matchCase = c.matchCase;
+        const auto decoded = TextCodec::decode(c.bytes, std::nullopt, LineEnding::lf);
+        ASSERT_TRUE(decoded);
+        const auto expected = searchHits(*makeRegex(options), decoded->text);
+        ASSERT_TRUE(expected);
+        const SearchRun run = search(tree.path(), options);
+        const std::vector<SearchHit> found
+            = run.files.empty() ? std::vector<SearchHit>{} : run.files.front().hits;
+        EXPECT_EQ(found, *expected) << c.query.toStdString() << " in " << c.bytes.toStdString();
+    }
 }
