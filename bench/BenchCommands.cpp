@@ -1,6 +1,7 @@
 #include "BenchCommands.h"
 
 #include "DiffCommand.h"
+#include "FindInFilesCommand.h"
 #include "MarkdownCommands.h"
 #include "SearchCommands.h"
 #include "TransformCommands.h"
@@ -246,6 +247,8 @@ std::optional<int> runBenchCommand(const QStringList &arguments)
         return status;
     // Count and replace all.
     if (const auto status = runSearchCommand(arguments))
+    // Find in files over a folder.
+    if (const auto status = runFindInFilesCommand(arguments))
         return status;
     return std::nullopt;
 }

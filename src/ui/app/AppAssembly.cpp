@@ -35,6 +35,9 @@
 #include "ui/search/SearchCommands.h"
 #include "ui/search/SearchResultCommands.h"
 #include "ui/search/SearchResultsPanel.h"
+// Find in files.
+#include "ui/search/FileSearchCommands.h"
+#include "ui/search/FileSearchRunner.h"
 
 #include <QDockWidget>
 #include <QMenu>
@@ -86,6 +89,15 @@ AppAssembly::AppAssembly(Preferences &prefs,
     CommandPalette::registerIn(commands, *m_window);
     // Search: the find panel, the "Cerca" commands and the live match highlighting.
     SearchCommands::registerIn(commands, *m_context, *m_findModel, prefs);
+    // Find and replace in the files of a folder, streaming into the results panel.
+    m_fileSearch = new FileSearchRunner(
+        *m_window,
+        *m_findModel,
+        questions,
+        prefs,
+        [this]() -> SearchResultSink * { return m_searchResults; },
+        m_window.get());
+    FileSearchCommands::registerIn(commands, *m_fileSearch, *m_findModel);
 
     m_menu = std::make_unique<MainMenu>(*m_window, commands, *m_recentFiles);
     QObject::connect(m_flows,

@@ -15,6 +15,7 @@ class AppearanceController;
 class CommandContext;
 class CommandRegistry;
 class DocumentFlows;
+class FileSearchRunner;
 class FindModel;
 class MainMenu;
 class MainWindow;
@@ -63,6 +64,8 @@ public:
     SearchResultSink &searchResults() const;
 
     SearchResultsPanel &searchResultsPanel() const { return *m_searchResults; }
+    // Find and replace in the files of a folder.
+    FileSearchRunner &fileSearch() const { return *m_fileSearch; }
 
 private:
     std::unique_ptr<RecentFiles> m_recentFiles;
@@ -76,6 +79,7 @@ private:
     std::unique_ptr<AppDelegate> m_delegate;
     std::unique_ptr<MainMenu> m_menu;
     SearchResultsPanel *m_searchResults = nullptr; // owned by the window (in its dock)
+    FileSearchRunner *m_fileSearch = nullptr; // owned by the window
 };
 
 } // namespace mirtex

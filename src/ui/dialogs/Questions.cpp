@@ -58,6 +58,19 @@ ReloadAnswer Questions::askToReload(QWidget *parent, const QString &displayName)
     return answer == 0 ? ReloadAnswer::reload : ReloadAnswer::cancel;
 }
 
+ReplaceInFilesAnswer
+Questions::askToReplaceInFiles(QWidget *parent, const QString &query, const QString &folderName)
+{
+    const int answer
+        = choose(parent,
+                 {tr("Sostituire “%1” in tutti i file di “%2”?").arg(query, folderName),
+                  tr("I file vengono modificati sul disco; i documenti già aperti qui "
+                     "si possono annullare con Ctrl+Z."),
+                  {tr("Sostituisci"), tr("Annulla")}},
+                 1);
+    return answer == 0 ? ReplaceInFilesAnswer::replace : ReplaceInFilesAnswer::cancel;
+}
+
 MissingFileAnswer Questions::askAboutMissingFile(QWidget *parent, const QString &displayName)
 {
     const int answer = choose(parent,

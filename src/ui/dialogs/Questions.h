@@ -60,6 +60,11 @@ enum class DigestAnswer {
     copy,
     close
 };
+// Find in files' replace, which changes files on the disk.
+enum class ReplaceInFilesAnswer {
+    replace,
+    cancel
+};
 enum class UnwrittenSessionAnswer {
     retry,
     saveDocuments,
@@ -92,6 +97,9 @@ public:
     // A digest of the document or of the selection ("MD5 del documento"), with "Copia".
     DigestAnswer
     showDigest(QWidget *parent, const QString &algorithm, bool ofSelection, const QString &digest);
+    // "Sostituire “query” in tutti i file di “folder”?" before replacing in a folder's files.
+    ReplaceInFilesAnswer
+    askToReplaceInFiles(QWidget *parent, const QString &query, const QString &folderName);
     // One of the texts set aside in the recovery folder, by index; nothing when cancelled.
     std::optional<int> chooseRecoveredText(QWidget *parent, const QStringList &labels);
 

@@ -210,7 +210,10 @@ QMenu *SidebarCommands::entryMenu(CommandRegistry &registry, const QString &path
                         "renameEntry:",
                         "moveEntryToTrash:",
                         "",
-                        "copyEntryPath:"},
+                        "copyEntryPath:",
+                        // Find in files, registered with its commands.
+                        "",
+                        "findInFolder:"},
                        QVariant(path),
                        parent);
 }

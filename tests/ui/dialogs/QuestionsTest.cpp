@@ -53,6 +53,11 @@ TEST(QuestionsTest, EachButtonGivesItsAnswerAndClosingTheBoxTheSafeOne)
             q.askAboutChangedFile(nullptr, u"a.txt"_s, false),
             {{ChangedFileAnswer::reload, "reload"}, {ChangedFileAnswer::ignore, "ignore"}});
     };
+    const Ask replaceInFiles = [](ScriptedQuestions &q) {
+        return named(
+            q.askToReplaceInFiles(nullptr, u"a"_s, u"src"_s),
+            {{ReplaceInFilesAnswer::replace, "replace"}, {ReplaceInFilesAnswer::cancel, "cancel"}});
+    };
 
     const struct
     {
@@ -74,6 +79,9 @@ TEST(QuestionsTest, EachButtonGivesItsAnswerAndClosingTheBoxTheSafeOne)
         {missing, QString(), u"keep"_s},
         {changed, u"Ricarica"_s, u"reload"_s},
         {changed, QString(), u"ignore"_s},
+        {replaceInFiles, u"Sostituisci"_s, u"replace"_s},
+        {replaceInFiles, u"Annulla"_s, u"cancel"_s},
+        {replaceInFiles, QString(), u"cancel"_s},
     };
 
     for (const auto &c : cases) {

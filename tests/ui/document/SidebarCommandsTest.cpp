@@ -100,9 +100,11 @@ TEST_F(SidebarCommandsTest, TheMenuOffersTheEntryCommandsInItalian)
           u"Nuova cartella…"_s,
           u"Rinomina…"_s,
           u"Sposta nel cestino"_s,
-          u"Copia percorso"_s}},
+          u"Copia percorso"_s,
+          u"Trova nella cartella…"_s}},
         // The workspace's own folder is not renamed or trashed from inside itself.
-        {path(u"work"_s), {u"Nuovo file…"_s, u"Nuova cartella…"_s, u"Copia percorso"_s}},
+        {path(u"work"_s),
+         {u"Nuovo file…"_s, u"Nuova cartella…"_s, u"Copia percorso"_s, u"Trova nella cartella…"_s}},
     };
 
     for (const auto &c : cases) {
