@@ -247,6 +247,7 @@ std::optional<int> runBenchCommand(const QStringList &arguments)
         return status;
     // Count and replace all.
     if (const auto status = runSearchCommand(arguments))
+        return status;
     // Find in files over a folder.
     if (const auto status = runFindInFilesCommand(arguments))
         return status;
