@@ -7,6 +7,7 @@
 #include "ui/app/AppDelegate.h"
 #include "ui/app/AppearanceController.h"
 #include "ui/app/CommandPalette.h"
+#include "ui/app/MacroCommands.h"
 #include "ui/app/MainMenu.h"
 #include "ui/app/QtTranslations.h"
 #include "ui/app/RecoveryCommands.h"
@@ -34,6 +35,7 @@
 #include "ui/document/ViewCommands.h"
 
 #include <QMenu>
+#include <QMenuBar>
 
 namespace mirtex {
 
@@ -101,6 +103,11 @@ AppAssembly::AppAssembly(Preferences &prefs,
     });
     // Code folding.
     FoldCommands::addFoldMenu(commands, m_menu->menu(QStringLiteral("mirtex.menu.view")));
+
+    // Macros: the recorder hears the editors and every dispatch; the "Macro" menu comes before
+    // Strumenti.
+    m_macros = new MacroCommands(commands, *m_context, *m_window);
+    m_macros->addMenu(m_window->menuBar(), m_menu->menu(QStringLiteral("mirtex.menu.tools")));
 
     // Enabled and checked states follow the tab, its state and selection, and the settings.
     QObject::connect(

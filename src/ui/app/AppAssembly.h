@@ -16,6 +16,7 @@ class CommandContext;
 class CommandRegistry;
 class DocumentFlows;
 class FindModel;
+class MacroCommands;
 class MainMenu;
 class MainWindow;
 class Preferences;
@@ -56,6 +57,9 @@ public:
     // The find panel's state, shared by every search command; its recent searches are stored.
     FindModel &findModel() const { return *m_findModel; }
 
+    // Macro recording, playback and the saved macros (owned by the window).
+    MacroCommands &macros() const { return *m_macros; }
+
 private:
     std::unique_ptr<RecentFiles> m_recentFiles;
     std::unique_ptr<FindModel> m_findModel;
@@ -67,6 +71,7 @@ private:
     std::unique_ptr<SecondaryWindows> m_secondaryWindows;
     std::unique_ptr<AppDelegate> m_delegate;
     std::unique_ptr<MainMenu> m_menu;
+    MacroCommands *m_macros = nullptr; // owned by the window
 };
 
 } // namespace mirtex
