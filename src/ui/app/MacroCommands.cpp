@@ -123,7 +123,7 @@ void MacroCommands::registerCommands()
 
 void MacroCommands::addMenu(QMenuBar *menuBar, QMenu *before)
 {
-    m_menu = new QMenu(tr("&Macro"), menuBar);
+    m_menu = new QMenu(tr("Mac&ro"), menuBar);
     m_menu->setObjectName(QStringLiteral("mirtex.menu.macro"));
     if (before)
         menuBar->insertMenu(before->menuAction(), m_menu);
