@@ -90,6 +90,7 @@ void MacroToTheEndOfAFile(benchmark::State &state)
 }
 
 BENCHMARK(MacroToTheEndOfAFile)
+    ->Arg(2'000)
     ->Arg(10'000)
     ->Arg(100'000)
     ->Unit(benchmark::kMillisecond)
