@@ -7,6 +7,7 @@
 #include "ui/app/AppDelegate.h"
 #include "ui/app/AppearanceController.h"
 #include "ui/app/CommandPalette.h"
+#include "ui/app/MacroCommands.h"
 #include "ui/app/MainMenu.h"
 #include "ui/app/QtTranslations.h"
 #include "ui/app/RecoveryCommands.h"
@@ -41,6 +42,7 @@
 
 #include <QDockWidget>
 #include <QMenu>
+#include <QMenuBar>
 
 namespace mirtex {
 
@@ -130,6 +132,10 @@ AppAssembly::AppAssembly(Preferences &prefs,
     });
     SearchResultCommands::registerIn(commands, *m_context, *m_findModel, *m_searchResults);
     SearchResultCommands::layOut(commands, m_menu->menu(QStringLiteral("mirtex.menu.search")));
+    // Macros: the recorder hears the editors and every dispatch; the "Macro" menu comes before
+    // Strumenti.
+    m_macros = new MacroCommands(commands, *m_context, *m_window);
+    m_macros->addMenu(m_window->menuBar(), m_menu->menu(QStringLiteral("mirtex.menu.tools")));
 
     // Enabled and checked states follow the tab, its state and selection, and the settings.
     QObject::connect(

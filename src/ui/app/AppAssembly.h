@@ -17,6 +17,7 @@ class CommandRegistry;
 class DocumentFlows;
 class FileSearchRunner;
 class FindModel;
+class MacroCommands;
 class MainMenu;
 class MainWindow;
 class Preferences;
@@ -66,6 +67,8 @@ public:
     SearchResultsPanel &searchResultsPanel() const { return *m_searchResults; }
     // Find and replace in the files of a folder.
     FileSearchRunner &fileSearch() const { return *m_fileSearch; }
+    // Macro recording, playback and the saved macros (owned by the window).
+    MacroCommands &macros() const { return *m_macros; }
 
 private:
     std::unique_ptr<RecentFiles> m_recentFiles;
@@ -80,6 +83,7 @@ private:
     std::unique_ptr<MainMenu> m_menu;
     SearchResultsPanel *m_searchResults = nullptr; // owned by the window (in its dock)
     FileSearchRunner *m_fileSearch = nullptr; // owned by the window
+    MacroCommands *m_macros = nullptr; // owned by the window
 };
 
 } // namespace mirtex

@@ -24,7 +24,8 @@ public:
     {
         m_applier.m_applying = true;
         m_applier.m_sci->SendScintilla(Sci::SCI_BEGINUNDOACTION);
-        m_applier.m_sci->SendScintilla(Sci::SCI_ADDUNDOACTION, 2L * step, 0L);
+        if (step != kUnnamed) // inside a named step, which marks the ends itself
+            m_applier.m_sci->SendScintilla(Sci::SCI_ADDUNDOACTION, 2L * step, 0L);
         m_applier.m_view.highlighter().beginBatch();
         m_applier.m_view.notices().holdDeletions(true); // a replacement is reported as one
     }
@@ -33,7 +34,8 @@ public:
     {
         m_applier.m_view.notices().holdDeletions(false); // announces what is pending
         m_applier.m_view.highlighter().endBatch();
-        m_applier.m_sci->SendScintilla(Sci::SCI_ADDUNDOACTION, 2L * m_step + 1, 0L);
+        if (m_step != kUnnamed)
+            m_applier.m_sci->SendScintilla(Sci::SCI_ADDUNDOACTION, 2L * m_step + 1, 0L);
         m_applier.m_sci->SendScintilla(Sci::SCI_ENDUNDOACTION);
         m_applier.m_applying = false;
     }
@@ -77,7 +79,9 @@ bool EditBatchApplier::apply(const EditBatch &batch, EditorPane *pane)
         return false;
     }
     const int step
-        = addStep(batch.undoLabel, readSelections(pane, positions), batch.selectionsAfter);
+        = m_namedDepth > 0
+              ? kUnnamed
+              : addStep(batch.undoLabel, readSelections(pane, positions), batch.selectionsAfter);
     {
         const UndoGroup group(*this, step);
         const auto &replacements = batch.replacements;
@@ -112,6 +116,27 @@ void EditBatchApplier::replaceAll(const QByteArray &utf8)
     }
     writeSelections(pane, m_view.positions(), Selections());
     pane->SendScintilla(Sci::SCI_SCROLLCARET);
+}
+
+void EditBatchApplier::beginNamedStep(const QString &label, EditorPane *pane)
+{
+    if (m_namedDepth++ > 0)
+        return;
+    m_namedStep = addStep(label, readSelections(pane, m_view.positions()), Selections());
+    m_sci->SendScintilla(Sci::SCI_BEGINUNDOACTION);
+    m_sci->SendScintilla(Sci::SCI_ADDUNDOACTION, 2L * m_namedStep, 0L);
+    m_view.highlighter().beginBatch();
+}
+
+void EditBatchApplier::endNamedStep(EditorPane *pane)
+{
+    if (m_namedDepth == 0 || --m_namedDepth > 0)
+        return;
+    m_steps[std::size_t(m_namedStep)].after = readSelections(pane, m_view.positions());
+    m_view.highlighter().endBatch();
+    m_sci->SendScintilla(Sci::SCI_ADDUNDOACTION, 2L * m_namedStep + 1, 0L);
+    m_sci->SendScintilla(Sci::SCI_ENDUNDOACTION);
+    m_namedStep = kUnnamed;
 }
 
 int EditBatchApplier::addStep(QString label, Selections before, Selections after)
@@ -158,7 +183,8 @@ void EditBatchApplier::onModified(int type, int token)
     }
     const int textChange = Sci::SC_MOD_INSERTTEXT | Sci::SC_MOD_DELETETEXT
                            | Sci::SC_MOD_BEFOREINSERT | Sci::SC_MOD_BEFOREDELETE;
-    if (!m_applying && (type & Sci::SC_PERFORMED_USER) && (type & textChange)) {
+    if (!m_applying && m_namedDepth == 0 && (type & Sci::SC_PERFORMED_USER)
+        && (type & textChange)) {
         m_redo.clear();
         if (m_undo.empty() || m_undo.back() != kUnnamed)
             m_undo.push_back(kUnnamed);

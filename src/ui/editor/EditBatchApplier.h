@@ -45,6 +45,12 @@ public:
     QString undoLabel() const;
     QString redoLabel() const;
 
+    // Everything done to the text until endNamedStep (typing, key-bound commands, the batches
+    // of commands) is one undo step named `label`, whose undo gives back the selections of `pane`
+    // from before it (a macro's playback). A begin inside an open step only counts.
+    void beginNamedStep(const QString &label, EditorPane *pane);
+    void endNamedStep(EditorPane *pane);
+
     // The undo history was emptied (a new text was loaded).
     void forgetHistory();
 
@@ -76,6 +82,8 @@ private:
     std::vector<int> m_redo;
     std::optional<Selections> m_restore; // set by an undo or redo, shown once Scintilla is done
     bool m_applying = false;
+    int m_namedDepth = 0; // open named steps; only the outermost is recorded
+    int m_namedStep = kUnnamed;
 };
 
 } // namespace mirtex

@@ -4,6 +4,7 @@
 #include "ui/editor/EditorColors.h"
 #include "ui/editor/EditorKeys.h"
 #include "ui/editor/LineEndMarks.h"
+#include "ui/editor/MacroInput.h"
 #include "ui/editor/PaneHighlightTarget.h"
 #include "ui/editor/PaneOverlay.h"
 #include "ui/editor/TypingUndoSteps.h"
@@ -173,14 +174,11 @@ void EditorPane::keyPressEvent(QKeyEvent *event)
 {
     if (m_typingSteps)
         m_typingSteps->beforeInput(*this, TypingUndoSteps::classify(*event), event->text());
+    MacroInput::keyPressed(*this, *event);
     Q_EMIT inputStarting();
     if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier
         && SendScintilla(SCI_GETSELECTIONS) > 1) {
-        // Back to one caret, the main one, also from a rectangle (Scintilla keeps those).
-        const long main = SendScintilla(SCI_GETMAINSELECTION);
-        SendScintilla(SCI_SETEMPTYSELECTION,
-                      static_cast<unsigned long>(
-                          SendScintilla(SCI_GETSELECTIONNCARET, static_cast<unsigned long>(main))));
+        backToMainCaret();
     } else if (m_manyCaretsHandler && !isReadOnly()
                && SendScintilla(SCI_GETSELECTIONS) > kBatchKeysAboveCarets
                && m_manyCaretsHandler(*event)) {
@@ -193,6 +191,52 @@ void EditorPane::keyPressEvent(QKeyEvent *event)
     Q_EMIT inputHandled();
     if (m_typingSteps)
         m_typingSteps->afterInput(*this);
+}
+
+void EditorPane::backToMainCaret()
+{
+    // Back to one caret, the main one, also from a rectangle (Scintilla keeps those).
+    const long main = SendScintilla(SCI_GETMAINSELECTION);
+    SendScintilla(SCI_SETEMPTYSELECTION,
+                  static_cast<unsigned long>(
+                      SendScintilla(SCI_GETSELECTIONNCARET, static_cast<unsigned long>(main))));
+}
+
+// Macros' named commands.
+void EditorPane::performCommand(QsciCommand::Command command)
+{
+    using C = QsciCommand::Command;
+    Q_EMIT inputStarting();
+    const long selections = SendScintilla(SCI_GETSELECTIONS);
+    const bool deletion = command == C::DeleteBack || command == C::Delete;
+    if (command == C::Cancel && selections > 1) {
+        backToMainCaret();
+    } else if (deletion && m_manyCaretsHandler && !isReadOnly()
+               && selections > kBatchKeysAboveCarets
+               && m_manyCaretsHandler(
+                   QKeyEvent(QEvent::KeyPress,
+                             command == C::DeleteBack ? Qt::Key_Backspace : Qt::Key_Delete,
+                             Qt::NoModifier))) {
+        // deleted at every caret in one edit
+    } else {
+        switch (command) {
+        case C::CharLeftRectExtend:
+        case C::CharRightRectExtend:
+        case C::LineUpRectExtend:
+        case C::LineDownRectExtend:
+        case C::VCHomeRectExtend:
+        case C::HomeRectExtend:
+        case C::LineEndRectExtend:
+        case C::PageUpRectExtend:
+        case C::PageDownRectExtend:
+            startRectangle();
+            break;
+        default:
+            break;
+        }
+        SendScintilla(static_cast<unsigned int>(command));
+    }
+    Q_EMIT inputHandled();
 }
 
 void EditorPane::startRectangle()
@@ -277,6 +321,7 @@ void EditorPane::inputMethodEvent(QInputMethodEvent *event)
                                    committed.isEmpty() ? TypingUndoSteps::Input::none
                                                        : TypingUndoSteps::Input::typing,
                                    committed);
+    MacroInput::textCommitted(committed);
     Q_EMIT inputStarting();
     QsciScintilla::inputMethodEvent(event);
     Q_EMIT inputHandled();

@@ -2,6 +2,7 @@
 // document, so they share text and undo history.
 #pragma once
 
+#include <Qsci/qscicommand.h>
 #include <Qsci/qsciscintilla.h>
 
 #include <functional>
@@ -72,6 +73,10 @@ public:
     // Draws over the text and takes clicks first (not owned; null for none).
     void setOverlay(PaneOverlay *overlay) { m_overlay = overlay; }
 
+    // Performs a key-bound command as its key would (a macro's named command): at every caret,
+    // through the many-carets handler where a key would go there.
+    void performCommand(QsciCommand::Command command);
+
 Q_SIGNALS:
     void focused(mirtex::EditorPane *pane);
     // The user asked for the context menu at `globalPos`; the pane shows none of its own.
@@ -94,6 +99,7 @@ protected:
 private:
     bool handleAutoClose(QKeyEvent *event);
     void startRectangle();
+    void backToMainCaret();
     void updateLineNumberWidth();
 
     void refreshStyles();

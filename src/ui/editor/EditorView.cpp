@@ -149,6 +149,18 @@ bool EditorView::applyBatch(const EditBatch &batch)
     return m_applier->apply(batch, m_active);
 }
 
+void EditorView::beginNamedStep(const QString &label)
+{
+    m_typingSteps->closeStep();
+    m_applier->beginNamedStep(label, m_active);
+}
+
+void EditorView::endNamedStep()
+{
+    m_applier->endNamedStep(m_active);
+    m_typingSteps->closeStep();
+}
+
 void EditorView::closeUndoStep()
 {
     m_typingSteps->closeStep();

@@ -53,6 +53,10 @@ public:
     QString undoLabel() const;
     QString redoLabel() const;
 
+    // Everything done until endNamedStep is one undo step named `label` (a macro's playback).
+    void beginNamedStep(const QString &label);
+    void endNamedStep();
+
     // The next typing starts a new undo step (a command ran).
     void closeUndoStep();
 
