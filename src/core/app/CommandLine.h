@@ -23,6 +23,7 @@ struct SnapshotRequest
     // Header lines (from 1) of the blocks to fold in the shown tab.
     QList<qint64> foldLines;
     bool dark = false;
+    bool previewOnly = false; // the shown tab's Markdown preview instead of its text
 };
 
 struct CommandLine

@@ -26,6 +26,7 @@
 #include "ui/document/LineOperationCommands.h"
 #include "ui/document/MainWindow.h"
 #include "ui/document/MultiCaretCommands.h"
+#include "ui/document/PreviewCommands.h"
 #include "ui/document/PrintCommands.h"
 #include "ui/document/RecentFileCommands.h"
 #include "ui/document/SidebarCommands.h"
@@ -101,6 +102,12 @@ AppAssembly::AppAssembly(Preferences &prefs,
     });
     // Code folding.
     FoldCommands::addFoldMenu(commands, m_menu->menu(QStringLiteral("mirtex.menu.view")));
+
+    // The Markdown preview and the exports of a page.
+    PreviewCommands::registerIn(commands, *m_context);
+    PreviewCommands::layOut(commands,
+                            m_menu->menu(QStringLiteral("mirtex.menu.file")),
+                            m_menu->menu(QStringLiteral("mirtex.menu.view")));
 
     // Enabled and checked states follow the tab, its state and selection, and the settings.
     QObject::connect(
