@@ -190,6 +190,14 @@ public:
         // Links are not followed while printing.
         m_page->decide = [](const QUrl &, bool, bool) { return false; };
         m_page->loaded = [this](bool ok) { loaded(ok); };
+        // A folder that is not there fails at once, before the page is laid out.
+        const QFileInfo folder(QFileInfo(path).absolutePath());
+        if (!folder.isDir()) {
+            QTimer::singleShot(0, this, [this, folder]() {
+                finish(tr("La cartella %1 non esiste.").arg(folder.filePath()));
+            });
+            return;
+        }
         m_page->load(page, base);
     }
 
