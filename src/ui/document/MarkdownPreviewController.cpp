@@ -79,8 +79,9 @@ void MarkdownPreviewController::update()
     if (m_everLoaded && document.changeCount() == m_renderedChange
         && document.path() == m_renderedPath)
         return;
-    // One rendering at a time: a change during it is rendered when it ends.
-    if (m_watcher.isRunning()) {
+    // One rendering (and its update of the page) at a time: a change during it is rendered when
+    // it ends.
+    if (m_watcher.isRunning() || m_updateInFlight) {
         m_renderAgain = true;
         return;
     }
@@ -111,8 +112,9 @@ void MarkdownPreviewController::finished()
     Rendering rendering = m_watcher.result();
     const auto &path = m_tab->document().path();
     if (m_pageLoaded && m_everLoaded && path == m_renderedPath) {
-        runScript(rendering.updateScript);
+        sendUpdate(rendering.updateScript);
     } else {
+        m_updateInFlight = false;
         m_pageLoaded = false;
         m_everLoaded = true;
         m_loadedBase = baseUrl();
@@ -123,7 +125,24 @@ void MarkdownPreviewController::finished()
             runScript(PreviewScripts::followScript(m_lastLine->first, m_lastLine->second));
     }
     Q_EMIT rendered();
-    if (m_renderAgain) {
+    afterUpdate();
+}
+
+void MarkdownPreviewController::sendUpdate(const QString &script)
+{
+    m_updateInFlight = true;
+    QPointer<MarkdownPreviewController> self(this);
+    m_view.evaluate(script, [self](const QVariant &) {
+        if (!self || !self->m_updateInFlight)
+            return;
+        self->m_updateInFlight = false;
+        self->afterUpdate();
+    });
+}
+
+void MarkdownPreviewController::afterUpdate()
+{
+    if (m_renderAgain && !m_updateInFlight && !m_watcher.isRunning()) {
         m_renderAgain = false;
         update();
     }
@@ -146,6 +165,7 @@ void MarkdownPreviewController::pageLoaded(bool ok)
         return;
     }
     m_pageLoaded = true;
+    m_updateInFlight = false;
     m_view.runScript(PreviewScripts::followFunction());
     if (m_pendingScript) {
         const QString script = *std::exchange(m_pendingScript, std::nullopt);

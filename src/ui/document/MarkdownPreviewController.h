@@ -42,7 +42,8 @@ public:
 
     bool isRenderScheduled() const { return m_renderScheduled; }
 
-    bool isRendering() const { return m_watcher.isRunning(); }
+    // Rendering, or the page still applying the last update.
+    bool isRendering() const { return m_watcher.isRunning() || m_updateInFlight; }
 
     const std::optional<QString> &pendingScript() const { return m_pendingScript; }
 
@@ -68,6 +69,8 @@ private:
     void start();
     void finished();
     void runScript(const QString &script);
+    void sendUpdate(const QString &script);
+    void afterUpdate();
     void pageLoaded(bool ok);
     bool navigate(const QUrl &url, bool userStarted, bool mainFrame);
     QUrl baseUrl() const;
@@ -83,6 +86,9 @@ private:
     std::optional<QString> m_pendingScript;
     bool m_renderScheduled = false;
     bool m_renderAgain = false;
+    // An in-place update sent and not yet applied by the page: the next waits for it, so that a
+    // page slower than the typing never falls behind by more than one update.
+    bool m_updateInFlight = false;
     QUrl m_loadedBase;
     std::optional<std::pair<int, bool>> m_lastLine;
 };

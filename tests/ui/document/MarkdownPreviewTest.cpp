@@ -46,9 +46,13 @@ struct FakeView : PreviewWebView
 
     void runScript(const QString &script) override { scripts.append(script); }
 
-    void evaluate(const QString &script, std::function<void(const QVariant &)>) override
+    void evaluate(const QString &script, std::function<void(const QVariant &)> done) override
     {
         scripts.append(script);
+        if (answerAtOnce)
+            done(QVariant(true));
+        else
+            replies.push_back(std::move(done));
     }
 
     void setZoom(double factor) override { zoom = factor; }
@@ -57,6 +61,8 @@ struct FakeView : PreviewWebView
     QList<std::pair<QString, QUrl>> loads;
     QStringList scripts;
     double zoom = 0;
+    bool answerAtOnce = true;
+    std::vector<std::function<void(const QVariant &)>> replies;
 };
 
 struct FakeEngine : PreviewEngine
@@ -324,4 +330,27 @@ TEST_F(MarkdownPreviewTest, ExportsWriteWholeFilesOrSayWhyNot)
     ASSERT_EQ(questions.asked().size(), 2u);
     EXPECT_EQ(questions.asked().back().message, u"Impossibile esportare il PDF."_s);
     EXPECT_EQ(questions.asked().back().informative, u"disco pieno"_s);
+}
+
+TEST_F(MarkdownPreviewTest, APageSlowerThanTheTypingGetsOnlyTheLatestText)
+{
+    DocumentTab *tab = previewed(u"a\n"_s);
+    FakeView *view = engine->last;
+    view->answerAtOnce = false;
+    QSignalSpy rendered(&controller(tab), &MarkdownPreviewController::rendered);
+    tab->editor()->replaceText("b\n");
+    ASSERT_TRUE(rendered.wait(2000));
+    ASSERT_EQ(updates().size(), 1);
+    // The page has not applied "b" yet: later texts wait, and only the last is sent.
+    for (const char *text : {"c\n", "d\n"}) {
+        tab->editor()->replaceText(text);
+        QTest::qWait(2 * MarkdownPreviewController::kRenderDelayMs);
+    }
+    EXPECT_EQ(updates().size(), 1);
+    EXPECT_TRUE(controller(tab).isRendering());
+    ASSERT_EQ(view->replies.size(), 1u);
+    view->replies.front()(QVariant());
+    ASSERT_TRUE(QTest::qWaitFor([&]() { return updates().size() == 2; }));
+    EXPECT_TRUE(updates().back().contains(u"<p data-line=\\\"0\\\">d</p>"_s))
+        << updates().back().toStdString();
 }
