@@ -1,6 +1,8 @@
 // Benchmark entry: a GUI application object exists so that editor benchmarks can build panes;
 // a first argument naming a command runs that command instead (see BenchCommands.h).
 #include "BenchCommands.h"
+#include "preview/WebEnginePreview.h"
+#include "ui/document/PreviewEngine.h"
 
 #include <QApplication>
 #include <QCoreApplication>
@@ -18,11 +20,15 @@ int main(int argc, char **argv)
     }
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    // The Markdown preview's benchmarks use the real web engine.
+    mirtex::WebEnginePreview::prepareProcess();
     QApplication app(argc, argv);
+    mirtex::WebEnginePreview::install();
     ::benchmark::Initialize(&argc, argv);
     if (::benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;
     ::benchmark::RunSpecifiedBenchmarks();
     ::benchmark::Shutdown();
+    mirtex::PreviewEngine::install(nullptr);
     return 0;
 }

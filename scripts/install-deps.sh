@@ -7,7 +7,7 @@ packages=(
     g++ cmake ninja-build ccache pkg-config make
     qt6-base-dev qt6-base-dev-tools qt6-l10n-tools qt6-tools-dev-tools libgl-dev
     libqscintilla2-qt6-dev qt6-webengine-dev qt6-translations-l10n
-    libqt6printsupport6
+    libqt6printsupport6 poppler-utils
     libicu-dev libssl-dev rapidjson-dev
     libcmark-gfm-dev libcmark-gfm-extensions-dev
     libtesseract-dev tesseract-ocr-ita tesseract-ocr-eng

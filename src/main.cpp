@@ -4,6 +4,7 @@
 #include "core/app/Preferences.h"
 #include "core/app/TerminationSignals.h"
 #include "core/markdown/MarkdownExport.h"
+#include "preview/WebEnginePreview.h"
 #include "ui/app/AppAssembly.h"
 #include "ui/app/AppDelegate.h"
 #include "ui/app/ApplicationIdentity.h"
@@ -38,7 +39,23 @@ int main(int argc, char **argv)
         return 0;
     }
 
-    // A Markdown export needs no window system.
+    // The web engine's process settings come before the application object.
+    WebEnginePreview::prepareProcess();
+
+    // A PDF export prints through the web engine, off screen.
+    if (command.mode == CommandLine::Mode::exportDocument
+        && command.exportOutput.endsWith(QLatin1String(".pdf"), Qt::CaseInsensitive)) {
+        if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+        QApplication app(argc, argv);
+        QString error;
+        if (WebEnginePreview::exportPdf(command.exportSource, command.exportOutput, error))
+            return 0;
+        std::fprintf(stderr, "mirtex: %s\n", qPrintable(error));
+        return 1;
+    }
+
+    // A Markdown export to HTML needs no window system.
     if (command.mode == CommandLine::Mode::exportDocument) {
         QCoreApplication core(argc, argv);
         QString error;
@@ -54,6 +71,10 @@ int main(int argc, char **argv)
     // The compare window's picture: its own switches, read by its own parser.
     if (arguments.contains(QLatin1String("--compare-snapshot")))
         return CompareSnapshot::run(arguments, QDir::currentPath());
+    // The Markdown preview: installed for the window, its picture on its own switches.
+    WebEnginePreview::install();
+    if (arguments.contains(QLatin1String("--markdown-snapshot")))
+        return WebEnginePreview::runSnapshot(arguments, QDir::currentPath());
 
     switch (command.mode) {
     case CommandLine::Mode::selfTest:

@@ -93,6 +93,8 @@ CommandLine CommandLine::parse(const QStringList &arguments, const QString &work
             result.newInstance = true;
         } else if (snapshot && arg == QLatin1String("--dark")) {
             result.snapshot.dark = true;
+        } else if (snapshot && arg == QLatin1String("--preview-only")) {
+            result.snapshot.previewOnly = true;
         } else if (snapshot && arg.startsWith(QLatin1String("--"))) {
             if (!hasValue)
                 return fail(QStringLiteral("%1 needs a value").arg(arg));
@@ -169,11 +171,13 @@ QString CommandLine::helpText()
         "  --selftest       esegue la prova interna ed esce\n"
         "  --snapshot --out FILE.png [--size LxA] [--tab N] [--split side|stacked]\n"
         "             [--sidebar CARTELLA] [--select-word PAROLA] [--fold RIGA,…] [--dark]\n"
-        "             [--find TESTO] [--find-all TESTO]\n"
+        "             [--find TESTO] [--find-all TESTO] [--preview-only]\n"
         "             [file…]\n"
         "                   salva un'immagine della finestra con i file indicati ed esce\n"
         "  --compare-snapshot A B --out FILE.png [--hunk N] [--size LxA] [--dark]\n"
         "                   salva un'immagine del confronto di due file ed esce\n"
+        "  --markdown-snapshot FILE.md --out FILE.png|FILE.pdf [--size LxA] [--dark]\n"
+        "                   salva l'anteprima di un documento Markdown ed esce\n"
         "  --export FILE.md USCITA.html|USCITA.pdf\n"
         "                   scrive il documento Markdown come pagina ed esce\n");
 }

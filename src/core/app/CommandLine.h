@@ -26,6 +26,7 @@ struct SnapshotRequest
     bool dark = false;
     // Runs "Trova tutti nei documenti aperti" for this query, showing the results panel.
     QString findAll;
+    bool previewOnly = false; // the shown tab's Markdown preview instead of its text
 };
 
 struct CommandLine

@@ -27,6 +27,7 @@
 #include "ui/document/LineOperationCommands.h"
 #include "ui/document/MainWindow.h"
 #include "ui/document/MultiCaretCommands.h"
+#include "ui/document/PreviewCommands.h"
 #include "ui/document/PrintCommands.h"
 #include "ui/document/RecentFileCommands.h"
 #include "ui/document/SidebarCommands.h"
@@ -136,6 +137,11 @@ AppAssembly::AppAssembly(Preferences &prefs,
     // Strumenti.
     m_macros = new MacroCommands(commands, *m_context, *m_window);
     m_macros->addMenu(m_window->menuBar(), m_menu->menu(QStringLiteral("mirtex.menu.tools")));
+    // The Markdown preview and the exports of a page.
+    PreviewCommands::registerIn(commands, *m_context);
+    PreviewCommands::layOut(commands,
+                            m_menu->menu(QStringLiteral("mirtex.menu.file")),
+                            m_menu->menu(QStringLiteral("mirtex.menu.view")));
 
     // Enabled and checked states follow the tab, its state and selection, and the settings.
     QObject::connect(

@@ -9,6 +9,9 @@
 #include "ui/document/DocumentFlows.h"
 #include "ui/document/DocumentTab.h"
 #include "ui/document/MainWindow.h"
+#include "ui/document/MarkdownPreviewController.h"
+#include "ui/document/MarkdownPreviewPane.h"
+#include "ui/document/PreviewCommands.h"
 #include "ui/editor/EditorFolding.h"
 #include "ui/editor/EditorView.h"
 // The find panel over the window.
@@ -83,7 +86,22 @@ int Snapshot::run(const SnapshotRequest &request)
         assembly.commands().dispatch(QStringLiteral("findAllInOpenDocuments:"));
     }
 
+    // The Markdown preview alone (shown first if opening the file did not show it).
+    if (request.previewOnly) {
+        if (!PreviewCommands::previewOf(window.currentDocument()))
+            assembly.commands().dispatch(QStringLiteral("toggleMarkdownPreview:"));
+        assembly.commands().dispatch(QStringLiteral("togglePreviewOnly:"));
+    }
+
     window.show();
+    // A preview's page loads in another process: wait for it (at most 20 s).
+    for (int i = 0; i < 2000; ++i) {
+        auto *preview = PreviewCommands::previewOf(window.currentDocument());
+        if (!preview || preview->controller().isPageLoaded())
+            break;
+        QApplication::processEvents(QEventLoop::AllEvents, 10);
+        QThread::msleep(10);
+    }
     // Let layouts settle and the file tree list its folder before the picture is taken.
     for (int i = 0; i < 40; ++i) {
         QApplication::processEvents(QEventLoop::AllEvents, 25);

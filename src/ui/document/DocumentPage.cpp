@@ -49,8 +49,12 @@ void DocumentPage::setPreview(QWidget *preview)
 {
     delete m_preview.data();
     m_preview = preview;
-    if (preview)
+    if (preview) {
         m_body->addWidget(preview);
+        // Side by side in equal halves.
+        const int half = std::max(1, m_body->width() / 2);
+        m_body->setSizes({half, half});
+    }
 }
 
 } // namespace mirtex
