@@ -116,7 +116,9 @@ private:
         }
         if (c == u'|') {
             endRun();
-            m_alternation = true;
+            // Runs outside every group are required unless the whole pattern has alternatives.
+            if (m_depth == 0)
+                m_alternation = true;
             Frame &frame = m_frames.back();
             frame.best = std::max(frame.best, frame.sum);
             frame.sum = frame.last = 0;
