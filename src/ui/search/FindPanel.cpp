@@ -356,6 +356,8 @@ void FindPanel::syncFromModel()
 
     m_status->setText(f.status);
     m_status->setStyleSheet(f.statusIsError ? QStringLiteral("color: #c62828;") : QString());
+    // A folder walk is stopped (what was found stays); work on one text is cancelled.
+    m_cancel->setText(f.tab == FindTab::files ? tr("Ferma") : tr("Annulla"));
     m_cancel->setVisible(f.isBusy);
 
     if (f.focusToken != m_focusToken) {

@@ -16,6 +16,8 @@
 #include "ui/editor/EditorPane.h"
 #include "ui/editor/EditorView.h"
 #include "ui/search/SearchResultSink.h"
+#include "ui/search/SearchResultsModel.h"
+#include "ui/search/SearchResultsPanel.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -214,4 +216,20 @@ TEST_F(FileSearchRunnerTest, CommandsReachTheRunnerAndTheSidebarFolder)
     EXPECT_TRUE(commands.dispatch(u"findInFolder:"_s, path(u"work/sub/b.txt"_s)));
     EXPECT_EQ(app.findModel().fields().directory, path(u"work/sub"_s));
     EXPECT_EQ(app.findModel().fields().tab, FindTab::files);
+}
+
+TEST_F(FileSearchRunnerTest, TheWindowsRunFillsTheResultsPanel)
+{
+    set(path(u"work"_s), u"needle"_s);
+    QSignalSpy finished(&app.fileSearch(), &FileSearchRunner::finished);
+    ASSERT_TRUE(app.commands().dispatch(u"findInFiles:"_s));
+    ASSERT_TRUE(finished.wait(10000));
+    const QAbstractItemModel &results = app.searchResultsPanel().model();
+    ASSERT_EQ(results.rowCount(), 1);
+    const QModelIndex set = results.index(0, 0);
+    EXPECT_TRUE(
+        results.data(set).toString().startsWith(u"\u201Cneedle\u201D (3 risultati in 2 file)"_s))
+        << results.data(set).toString().toStdString();
+    EXPECT_EQ(results.rowCount(set), 2);
+    EXPECT_EQ(status().text, u"3 risultati in 2 file (letti 3)."_s);
 }
