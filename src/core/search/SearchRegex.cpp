@@ -133,6 +133,7 @@ struct SearchMatcher::State
     const std::atomic<bool> *stop = SearchStopScope::current(); // set from another thread
 
     bool stopped() const { return stop && stop->load(std::memory_order_relaxed); }
+
     std::unique_ptr<LiteralMatcher> literal; // set: the regex engine is not used for matching
 };
 

@@ -65,8 +65,10 @@ public:
     SearchResultSink &searchResults() const;
 
     SearchResultsPanel &searchResultsPanel() const { return *m_searchResults; }
+
     // Find and replace in the files of a folder.
     FileSearchRunner &fileSearch() const { return *m_fileSearch; }
+
     // Macro recording, playback and the saved macros (owned by the window).
     MacroCommands &macros() const { return *m_macros; }
 
@@ -82,8 +84,8 @@ private:
     std::unique_ptr<AppDelegate> m_delegate;
     std::unique_ptr<MainMenu> m_menu;
     SearchResultsPanel *m_searchResults = nullptr; // owned by the window (in its dock)
-    FileSearchRunner *m_fileSearch = nullptr; // owned by the window
-    MacroCommands *m_macros = nullptr; // owned by the window
+    FileSearchRunner *m_fileSearch = nullptr;      // owned by the window
+    MacroCommands *m_macros = nullptr;             // owned by the window
 };
 
 } // namespace mirtex
