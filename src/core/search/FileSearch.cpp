@@ -8,6 +8,7 @@
 
 #include "core/document/TextCodec.h"
 #include "core/search/FileRewrite.h"
+#include "core/search/FindAll.h"
 #include "core/search/GitignoreRules.h"
 #include "core/search/SearchEngine.h"
 #include "core/search/SearchEscapes.h"
@@ -693,39 +694,7 @@ FileSearchOutcome runFileSearch(const FileSearchRequest &request,
 std::expected<std::vector<SearchHit>, SearchError>
 searchHits(const SearchRegex &regex, QStringView text, qsizetype limit)
 {
-    std::vector<SearchHit> hits;
-    SearchMatcher matcher(regex, text);
-    matcher.setRange({0, text.size()}, true);
-    qsizetype line = 0;
-    qsizetype lineStart = 0;
-    qsizetype lineEnd = -1; // of the line at lineStart, once looked up
-    while (qsizetype(hits.size()) < limit) {
-        const auto match = matcher.next();
-        if (!match)
-            return std::unexpected(match.error());
-        if (!*match)
-            break;
-        const TextRange range = **match;
-        if (range.length == 0)
-            continue;
-        while (true) {
-            if (lineEnd < 0) {
-                lineEnd = text.indexOf(u'\n', lineStart);
-                if (lineEnd < 0)
-                    lineEnd = text.size();
-            }
-            if (range.location <= lineEnd)
-                break;
-            ++line;
-            lineStart = lineEnd + 1;
-            lineEnd = -1;
-        }
-        const qsizetype length = std::min(range.length, lineEnd - range.location);
-        hits.push_back({line,
-                        text.sliced(lineStart, lineEnd - lineStart).toString(),
-                        {range.location - lineStart, length}});
-    }
-    return hits;
+    return findHits(regex, text, {0, text.size()}, limit);
 }
 
 } // namespace mirtex
